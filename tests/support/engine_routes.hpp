@@ -1,0 +1,283 @@
+// SPDX-FileCopyrightText: 2026 The pxcl developers
+// SPDX-License-Identifier: Apache-2.0
+
+// The engine's two routes held against each other on one document and its paths: the plain one,
+// written with the step functions, and the indexed one behind every entry point.
+
+#pragma once
+
+#include <cstring>
+#include <memory>
+#include <sstream>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "clxml.h"
+#include "xml/scan.hpp"
+#include "xml/steps.hpp"
+
+namespace pxcl_test {
+
+struct EngineCase {
+  std::uint32_t flags = 0;         // 0 or CL_XML_COM_FLAG
+  std::vector<std::string> paths;  // the first one is not empty
+  std::size_t nullPath = 0;        // this one is handed over as a null pointer; 0: none
+  std::string document;
+};
+
+// One flags byte (bit 0: any root; bit 1: null path; bit 2: a zero-length path more), path lines up
+// to an empty one, the document.
+inline EngineCase read_engine_case(std::string_view input) {
+  EngineCase result;
+  const int bits = input.empty() ? 0 : input.front();
+  if (!input.empty()) input.remove_prefix(1);
+  result.flags = (bits & 1) != 0 ? CL_XML_COM_FLAG : 0;
+  while (!input.empty()) {
+    const std::size_t end = std::min(input.find('\n'), input.size());
+    const std::string_view line = input.substr(0, end);
+    input.remove_prefix(std::min(end + 1, input.size()));
+    if (line.empty()) break;
+    result.paths.emplace_back(line);
+  }
+  if (result.paths.empty()) result.paths.emplace_back("cmd/a");
+  if ((bits & 4) != 0) result.paths.emplace_back();
+  const std::size_t later = result.paths.size() - 1;
+  if ((bits & 2) != 0 && later != 0)
+    result.nullPath = 1 + static_cast<unsigned>(bits >> 3 & 7) % later;
+  result.document = input;
+  return result;
+}
+
+// Texts as heap blocks of their exact size, so that a sanitizer sees one byte read too far.
+class Texts {
+ public:
+  explicit Texts(const EngineCase& one)
+      : document(copy(one.document)), length(one.document.size()) {
+    for (const std::string& path : one.paths) {
+      paths.push_back(copy(path));
+      pathLengths.push_back(path.size());
+    }
+    if (one.nullPath != 0) paths[one.nullPath] = nullptr;
+  }
+
+  std::unique_ptr<char[]> document;
+  std::uint64_t length;
+  std::vector<std::unique_ptr<char[]>> paths;
+  std::vector<std::uint64_t> pathLengths;
+
+ private:
+  static std::unique_ptr<char[]> copy(std::string_view text) {
+    std::unique_ptr<char[]> block(new char[text.size()]);
+    if (!text.empty()) std::memcpy(block.get(), text.data(), text.size());
+    return block;
+  }
+};
+
+// A request for all of the paths; Parameter is ClXmlParameter or ClXmlListParameter.
+template <typename Parameter>
+struct Request {
+  explicit Request(const Texts& texts) : parameters(texts.paths.size()) {
+    for (std::size_t i = 0; i < parameters.size(); ++i) {
+      parameters[i].path = texts.paths[i].get();
+      parameters[i].pathLength = texts.pathLengths[i];
+    }
+    record.document = texts.document.get();
+    record.documentLength = texts.length;
+    record.parameters = parameters.data();
+    record.parameterCount = static_cast<std::uint32_t>(parameters.size());
+  }
+  ~Request() {
+    if constexpr (std::is_same_v<Parameter, ClXmlListParameter>)
+      ClXmlRequestParameterListFree(&record);
+  }
+
+  std::vector<Parameter> parameters;
+  ClXmlRequest record = {};
+};
+
+// --- What came out, as text
+// -------------------------------------------------------------------------
+
+inline std::string describe(const ClXmlParserData& data, std::int32_t result) {
+  std::ostringstream out;
+  out << "result " << result << " stop " << data.document->stopPosition << " serial " << data.serial
+      << " path " << (data.currentPath == nullptr ? "freed" : "kept") << '\n';
+  for (int i = 0; i < 4; ++i) {
+    const ClXmlNameSpaceEntry& row = data.nameSpaceTable[i];
+    if (row.declaredPrefix == nullptr) continue;
+    out << "row " << i << " prefix at " << row.declaredPrefix - data.document->text << '+'
+        << row.declaredPrefixLength << '\n';
+  }
+  for (std::uint32_t i = 0; i < data.targetCount; ++i) {
+    const ClXmlTarget& target = data.targets[i];
+    out << "target " << i << " kind " << target.kind << " status " << target.status << ':';
+    for (std::uint32_t k = 0; k < target.matchCount; ++k) {
+      const ClXmlMatch& match = target.matches[k];
+      out << " {#" << match.serial << ' ' << match.offset << '+' << match.length << ' '
+          << match.status << '}';
+    }
+    out << '\n';
+  }
+  return out.str();
+}
+
+inline std::string describe(const Request<ClXmlParameter>& request, std::int32_t result) {
+  std::ostringstream out;
+  out << "result " << result << " stop " << request.record.stopPosition << '\n';
+  for (const ClXmlParameter& parameter : request.parameters) {
+    out << parameter.status << ' ' << parameter.valueOffset << '+' << parameter.valueLength << '\n';
+  }
+  return out.str();
+}
+
+inline void describe_ranges(std::ostringstream& out, const ClXmlValueRange* ranges,
+                            std::uint32_t count) {
+  for (std::uint32_t i = 0; i < count; ++i)
+    out << ' ' << ranges[i].offset << '+' << ranges[i].length;
+  out << '\n';
+}
+
+inline std::string describe(const Request<ClXmlListParameter>& request, std::int32_t result) {
+  std::ostringstream out;
+  out << "result " << result << " stop " << request.record.stopPosition << '\n';
+  for (const ClXmlListParameter& parameter : request.parameters) {
+    out << parameter.status << ' ' << parameter.rangeCount << ':';
+    describe_ranges(out, parameter.ranges, parameter.rangeCount);
+  }
+  return out.str();
+}
+
+// --- The routes
+// -------------------------------------------------------------------------------------
+
+template <typename Parameter>
+ClXmlRequest* as_single(Request<Parameter>& request) {
+  return std::is_same_v<Parameter, ClXmlParameter> ? &request.record : nullptr;
+}
+template <typename Parameter>
+ClXmlRequest* as_list(Request<Parameter>& request) {
+  return std::is_same_v<Parameter, ClXmlListParameter> ? &request.record : nullptr;
+}
+
+// A run over the request by `parse`; `run` receives what it left in its own record.
+template <typename Parameter, typename Parse>
+std::int32_t run_route(Request<Parameter>& request, std::uint32_t flags, const Parse& parse,
+                       std::string& run) {
+  ClXmlParserData* data = nullptr;
+  std::int32_t result =
+      ClXmlInitializeParserData(&data, flags, as_single(request), as_list(request));
+  if (result != 0) return result;
+  result = parse(data);
+  run = describe(*data, result);
+  ClXmlStoreParserData(data, as_single(request), as_list(request));
+  ClXmlUnInitializeParserData(data);
+  return result;
+}
+
+template <typename Parameter>
+std::int32_t run_plain(Request<Parameter>& request, std::uint32_t flags, std::string& run) {
+  return run_route(
+      request, flags, [](ClXmlParserData* data) { return pxcl::xml::parse_by_steps(*data); }, run);
+}
+
+inline std::int32_t ask(Request<ClXmlParameter>& request, bool anyRoot) {
+  return anyRoot ? ClComXmlRequestParameter(&request.record)
+                 : ClXmlRequestParameter(&request.record);
+}
+inline std::int32_t ask(Request<ClXmlListParameter>& request, bool anyRoot) {
+  return anyRoot ? ClComXmlRequestParameterList(&request.record)
+                 : ClXmlRequestParameterList(&request.record);
+}
+
+inline std::string difference(std::string_view what, const std::string& plain,
+                              const std::string& indexed) {
+  if (plain == indexed) return {};
+  return std::string(what) + "\n--- plain\n" + plain + "--- indexed\n" + indexed;
+}
+
+// The record of a run, then the request functions.
+template <typename Parameter>
+std::string compare_requests(const Texts& texts, std::uint32_t flags) {
+  std::string plainRun;
+  std::string indexedRun;
+  Request<Parameter> plain(texts);
+  const std::int32_t expected = run_plain(plain, flags, plainRun);
+  Request<Parameter> indexed(texts);
+  run_route(indexed, flags, ClXmlParse, indexedRun);
+  std::string found = difference("ClXmlParse", plainRun, indexedRun);
+  Request<Parameter> asked(texts);
+  const std::int32_t got = ask(asked, flags != 0);
+  if (found.empty()) found = difference("request", describe(plain, expected), describe(asked, got));
+  return found;
+}
+
+// Every path a query of its own group: each answers as a request for that path alone.
+inline std::string compare_scan(const EngineCase& one) {
+  std::vector<pxcl::xml::Query> queries;
+  std::ostringstream plainText;
+  std::ostringstream scanText;
+  for (const std::string& path : one.paths) {
+    if (path.empty()) continue;
+    const bool all = queries.size() % 2 == 1;
+    queries.push_back({path, all ? pxcl::xml::Wanted::kAll : pxcl::xml::Wanted::kFirst,
+                       static_cast<std::uint32_t>(queries.size())});
+    const Texts alone({one.flags, {path}, 0, one.document});
+    std::string run;
+    Request<ClXmlParameter> single(alone);
+    Request<ClXmlListParameter> list(alone);
+    plainText << describe(single, run_plain(single, one.flags, run));
+    run_plain(list, one.flags, run);
+    const ClXmlListParameter& values = list.parameters.front();
+    if (all) describe_ranges(plainText, values.ranges, values.rangeCount);
+  }
+  std::uint64_t stop = 0;
+  const std::int32_t result = pxcl::xml::scan(one.document, one.flags, queries, &stop);
+  for (const pxcl::xml::Query& query : queries) {
+    scanText << "result " << result << " stop " << stop << '\n'
+             << query.status << ' ' << query.offset << '+' << query.length << '\n';
+    if (query.wanted == pxcl::xml::Wanted::kAll) {
+      describe_ranges(scanText, query.ranges.get(), query.rangeCount);
+    }
+  }
+  return difference("scan", plainText.str(), scanText.str());
+}
+
+// Replaces every value into a buffer that just fits; the new ones must stand where the records say.
+inline std::string check_replacement(const Texts& texts) {
+  constexpr std::string_view kValue = "<new & \"longer\"/>";
+  Request<ClXmlParameter> request(texts);
+  char small[1];
+  for (ClXmlParameter& parameter : request.parameters) {
+    parameter.newValue = kValue.data();
+    parameter.newValueLength = kValue.size();
+  }
+  request.record.output = small;
+  request.record.outputSize = sizeof small;
+  if (ClXmlRequestParameter(&request.record) != 0) return {};
+  constexpr std::int32_t kTooSmall = -12;
+  if (ClXmlReplaceParameter(&request.record) != kTooSmall) return "one byte is not too small";
+  const std::uint64_t needed = request.record.outputSize;
+  const std::unique_ptr<char[]> output(new char[needed]);
+  request.record.output = output.get();
+  const std::int32_t result = ClXmlReplaceParameter(&request.record);
+  if (result != 0 || request.record.outputSize != needed) return "size needed does not fit";
+  for (const ClXmlParameter& parameter : request.parameters) {
+    if (parameter.status != 1) continue;
+    const std::string_view text(output.get(), needed);
+    if (text.substr(parameter.newValueOffset, kValue.size()) != kValue) return "value not in place";
+  }
+  return {};
+}
+
+// Empty when both routes agree, otherwise what differs.
+inline std::string compare_routes(const EngineCase& one) {
+  const Texts texts(one);
+  std::string found = compare_requests<ClXmlParameter>(texts, one.flags);
+  if (found.empty()) found = compare_requests<ClXmlListParameter>(texts, one.flags);
+  if (found.empty() && one.nullPath == 0 && !one.document.empty()) found = compare_scan(one);
+  if (found.empty() && one.nullPath == 0) found = check_replacement(texts);
+  return found;
+}
+
+}  // namespace pxcl_test
