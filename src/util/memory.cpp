@@ -1,0 +1,62 @@
+// SPDX-FileCopyrightText: 2026 The pxcl developers
+// SPDX-License-Identifier: Apache-2.0
+
+// Zero-filled blocks: the library's only way to the system's allocator.
+
+#include <cstdlib>
+#include <utility>
+
+#include "kwvs.h"
+#include "util/types.hpp"
+
+namespace {
+
+constexpr pxcl::i32 kSystemSelector = 1;
+constexpr pxcl::u32 kSystemValue = 3;
+
+}  // namespace
+
+extern "C" {
+
+constexpr char kwvs_version[] = "ver2.00 (2009_0518)";
+static_assert(sizeof(kwvs_version) == 20);
+
+int32_t KWVSGetSystemInfo(int32_t selector, uint32_t* value) {
+  if (value == nullptr) return KWVS_BAD_ARGUMENT;
+  const bool known = selector == kSystemSelector;
+  *value = known ? kSystemValue : 0;
+  return known ? KWVS_OK : KWVS_BAD_ARGUMENT;
+}
+
+void* KWVSNewHNDL(int32_t size) {
+  return KWVSNewPTR(size);
+}
+
+void KWVSDisposeHNDL(void** handle) {
+  if (handle != nullptr) KWVSDisposePTRX(std::exchange(*handle, nullptr));
+}
+
+void* KWVSLockHNDL(void* handle) {
+  return handle;
+}
+void* KWVSUnlockHNDL(void* handle) {
+  return handle;
+}
+
+void* KWVSNewPTR(int32_t size) {
+  return size < 1 ? nullptr : KWVSNewPTRX(static_cast<uint64_t>(size));
+}
+
+void KWVSDisposePTR(void* block) {
+  KWVSDisposePTRX(block);
+}
+
+void* KWVSNewPTRX(uint64_t size) {
+  return size == 0 ? nullptr : std::calloc(1, size);
+}
+
+void KWVSDisposePTRX(void* block) {
+  std::free(block);
+}
+
+}  // extern "C"
