@@ -1,0 +1,254 @@
+// SPDX-FileCopyrightText: 2026 The pxcl developers
+// SPDX-License-Identifier: Apache-2.0
+
+// Byte masks: where the bytes stand at which the scan has something to decide. One bit a byte, the
+// lowest for the first. This is the only file that knows the processor.
+
+#pragma once
+
+#include <bit>
+#include <cstring>
+
+#include "util/types.hpp"
+
+#if defined(__SSE2__)
+#include <emmintrin.h>
+#elif defined(__ARM_NEON) && defined(__aarch64__)
+#include <arm_neon.h>
+#endif
+
+namespace pxcl::xml {
+
+inline constexpr u32 kLane = 16;   // bytes that one lane mask covers
+inline constexpr u32 kBlock = 64;  // bytes that one tag mask covers
+
+// Where a name's prefix ends, and the bytes at which a name ends or is irregular: up to the blank,
+// double quotes and "/".
+struct NameMarks {
+  u32 colon;
+  u32 stop;
+};
+
+// Where the bytes stand that tell a name from its attributes.
+struct LaneMarks {
+  u32 colon;
+  u32 blank;  // any byte up to the blank
+  u32 quote;
+  u32 slash;
+  u32 equals;
+};
+
+#if defined(__SSE2__)
+
+inline __m128i load_lane(const char* bytes) {
+  return _mm_loadu_si128(reinterpret_cast<const __m128i*>(bytes));
+}
+inline __m128i lane_equal(__m128i lane, char byte) {
+  return _mm_cmpeq_epi8(lane, _mm_set1_epi8(byte));
+}
+inline u32 lane_bits(__m128i lane) {
+  return static_cast<u32>(_mm_movemask_epi8(lane));
+}
+
+// "<" and ">" differ in one bit.
+inline u32 tag_lane(const char* bytes) {
+  return lane_bits(lane_equal(_mm_or_si128(load_lane(bytes), _mm_set1_epi8('<' ^ '>')), '>'));
+}
+
+inline NameMarks name_lane(const char* bytes) {
+  const __m128i lane = load_lane(bytes);
+  const __m128i blank = _mm_cmpeq_epi8(_mm_min_epu8(lane, _mm_set1_epi8(' ')), lane);
+  const __m128i quoteOrSlash = _mm_or_si128(lane_equal(lane, '"'), lane_equal(lane, '/'));
+  return {lane_bits(lane_equal(lane, ':')), lane_bits(_mm_or_si128(blank, quoteOrSlash))};
+}
+
+inline LaneMarks mark_lane(const char* bytes) {
+  const __m128i lane = load_lane(bytes);
+  const __m128i blank = _mm_cmpeq_epi8(_mm_min_epu8(lane, _mm_set1_epi8(' ')), lane);
+  return {lane_bits(lane_equal(lane, ':')), lane_bits(blank), lane_bits(lane_equal(lane, '"')),
+          lane_bits(lane_equal(lane, '/')), lane_bits(lane_equal(lane, '='))};
+}
+
+inline u32 byte_lane(const char* bytes, char byte) {
+  return lane_bits(lane_equal(load_lane(bytes), byte));
+}
+
+inline u32 same_lane(const char* a, const char* b) {
+  return lane_bits(_mm_cmpeq_epi8(load_lane(a), load_lane(b)));
+}
+
+#elif defined(__ARM_NEON) && defined(__aarch64__)
+
+inline uint8x16_t load_lane(const char* bytes) {
+  return vld1q_u8(reinterpret_cast<const u8*>(bytes));
+}
+inline uint8x16_t lane_equal(uint8x16_t lane, char byte) {
+  return vceqq_u8(lane, vdupq_n_u8(static_cast<u8>(byte)));
+}
+inline u32 lane_bits(uint8x16_t marks) {
+  const uint8x16_t weights = {1, 2, 4, 8, 16, 32, 64, 128, 1, 2, 4, 8, 16, 32, 64, 128};
+  const uint8x16_t bits = vandq_u8(marks, weights);
+  return static_cast<u32>(vaddv_u8(vget_low_u8(bits))) |
+         static_cast<u32>(vaddv_u8(vget_high_u8(bits))) << 8;
+}
+
+inline u32 tag_lane(const char* bytes) {
+  return lane_bits(lane_equal(vorrq_u8(load_lane(bytes), vdupq_n_u8('<' ^ '>')), '>'));
+}
+
+inline NameMarks name_lane(const char* bytes) {
+  const uint8x16_t lane = load_lane(bytes);
+  const uint8x16_t blank = vcleq_u8(lane, vdupq_n_u8(' '));
+  const uint8x16_t quoteOrSlash = vorrq_u8(lane_equal(lane, '"'), lane_equal(lane, '/'));
+  return {lane_bits(lane_equal(lane, ':')), lane_bits(vorrq_u8(blank, quoteOrSlash))};
+}
+
+inline LaneMarks mark_lane(const char* bytes) {
+  const uint8x16_t lane = load_lane(bytes);
+  return {lane_bits(lane_equal(lane, ':')), lane_bits(vcleq_u8(lane, vdupq_n_u8(' '))),
+          lane_bits(lane_equal(lane, '"')), lane_bits(lane_equal(lane, '/')),
+          lane_bits(lane_equal(lane, '='))};
+}
+
+inline u32 byte_lane(const char* bytes, char byte) {
+  return lane_bits(lane_equal(load_lane(bytes), byte));
+}
+
+inline u32 same_lane(const char* a, const char* b) {
+  return lane_bits(vceqq_u8(load_lane(a), load_lane(b)));
+}
+
+#else
+
+template <typename Test>
+inline u32 lane_bits(const Test& test) {
+  u32 marks = 0;
+  for (u32 i = 0; i < kLane; ++i) marks |= static_cast<u32>(test(i)) << i;
+  return marks;
+}
+
+inline u32 tag_lane(const char* bytes) {
+  return lane_bits([&](u32 i) { return (bytes[i] | ('<' ^ '>')) == '>'; });
+}
+
+inline NameMarks name_lane(const char* bytes) {
+  const auto stops = [&](u32 i) {
+    return static_cast<u8>(bytes[i]) <= ' ' || bytes[i] == '"' || bytes[i] == '/';
+  };
+  return {lane_bits([&](u32 i) { return bytes[i] == ':'; }), lane_bits(stops)};
+}
+
+inline LaneMarks mark_lane(const char* bytes) {
+  const auto mark = [&](char byte) { return lane_bits([&](u32 i) { return bytes[i] == byte; }); };
+  return {mark(':'), lane_bits([&](u32 i) { return static_cast<u8>(bytes[i]) <= ' '; }), mark('"'),
+          mark('/'), mark('=')};
+}
+
+inline u32 byte_lane(const char* bytes, char byte) {
+  return lane_bits([&](u32 i) { return bytes[i] == byte; });
+}
+
+inline u32 same_lane(const char* a, const char* b) {
+  return lane_bits([&](u32 i) { return a[i] == b[i]; });
+}
+
+#endif
+
+// Every "<" and ">" of the kBlock bytes from `bytes`.
+inline u64 tag_block(const char* bytes) {
+  return u64{tag_lane(bytes)} | u64{tag_lane(bytes + kLane)} << 16 |
+         u64{tag_lane(bytes + 2 * kLane)} << 32 | u64{tag_lane(bytes + 3 * kLane)} << 48;
+}
+
+// The same for the `length` bytes at a document's end.
+inline u64 tag_rest(const char* bytes, u64 length) {
+  char copy[kBlock] = {};
+  std::memcpy(copy, bytes, length);
+  return tag_block(copy);
+}
+
+// The first `count` bits of a lane's mask.
+inline constexpr u32 first_bits(u32 count) {
+  return count >= kLane ? 0xFFFFu : (u32{1} << count) - 1;
+}
+
+// A lane of a text from a position on. Near the text's end it is read together with the bytes
+// before it, or from a copy; `dropped` bytes then stand in front of it.
+struct LanePlace {
+  const char* bytes;
+  u32 dropped;
+  char copy[kLane];
+
+  LanePlace(std::string_view text, u64 position) : bytes(text.data() + position), dropped(0) {
+    const u64 rest = text.size() - position;
+    if (rest >= kLane) return;
+    if (text.size() >= kLane) {
+      dropped = static_cast<u32>(kLane - rest);
+      bytes -= dropped;
+      return;
+    }
+    std::memset(copy, 'x', sizeof copy);
+    std::memcpy(copy, bytes, rest);
+    bytes = copy;
+  }
+};
+
+// The name marks of up to kLane bytes of `text` from `position` on.
+inline NameMarks name_marks(std::string_view text, u64 position) {
+  if (text.size() - position >= kLane) return name_lane(text.data() + position);
+  const LanePlace place(text, position);
+  const NameMarks marks = name_lane(place.bytes);
+  return {marks.colon >> place.dropped, marks.stop >> place.dropped};
+}
+
+// The marks of up to kBlock bytes of a text, one bit a byte.
+struct TextMarks {
+  u64 colon = 0;
+  u64 blank = 0;
+  u64 quote = 0;
+  u64 slash = 0;
+  u64 equals = 0;
+
+  void add(const LaneMarks& lane, u32 dropped, u32 at) {
+    colon |= u64{lane.colon >> dropped} << at;
+    blank |= u64{lane.blank >> dropped} << at;
+    quote |= u64{lane.quote >> dropped} << at;
+    slash |= u64{lane.slash >> dropped} << at;
+    equals |= u64{lane.equals >> dropped} << at;
+  }
+  void keep(u64 bits) {
+    colon &= bits;
+    blank &= bits;
+    quote &= bits;
+    slash &= bits;
+    equals &= bits;
+  }
+};
+
+inline constexpr u64 bits_below(u64 count) {
+  return count >= 64 ? ~u64{0} : (u64{1} << count) - 1;
+}
+
+// The marks of the `length` (1 to kBlock) bytes of `text` from `begin` on.
+inline TextMarks text_marks(std::string_view text, u64 begin, u64 length) {
+  TextMarks marks;
+  for (u32 at = 0; at < length; at += kLane) {
+    if (text.size() - begin - at >= kLane) {
+      marks.add(mark_lane(text.data() + begin + at), 0, at);
+    } else {
+      const LanePlace place(text, begin + at);
+      marks.add(mark_lane(place.bytes), place.dropped, at);
+    }
+  }
+  marks.keep(bits_below(length));
+  return marks;
+}
+
+inline u32 lowest(u32 marks) {
+  return static_cast<u32>(std::countr_zero(marks));
+}
+inline u32 lowest(u64 marks) {
+  return static_cast<u32>(std::countr_zero(marks));
+}
+
+}  // namespace pxcl::xml

@@ -1,0 +1,83 @@
+// SPDX-FileCopyrightText: 2026 The pxcl developers
+// SPDX-License-Identifier: Apache-2.0
+
+#include "xml/matching.hpp"
+
+#include <bit>
+
+#include "xml/namespaces.hpp"
+
+namespace pxcl::xml {
+namespace {
+
+struct QualifiedName {
+  std::string_view prefix;
+  std::string_view local;
+};
+
+QualifiedName split_value(std::string_view value) {
+  const u32 colon = find_colon(value);
+  if (colon == kNone) return {{}, value};
+  return {{value.data(), colon}, from(value, colon + 1)};
+}
+
+bool is_second_vendor(u32 row) {
+  return row != kNone && is_same_uri(kNamespaces[row].uri, kQualifiedValueUri);
+}
+
+u32 row_of_table_prefix(std::string_view prefix) {
+  for (u32 row = 0; row < kNamespaceCount; ++row) {
+    if (kNamespaces[row].prefix == prefix) return row;
+  }
+  return kNone;
+}
+
+bool has_attribute(const Scan& scan, const RequestedAttribute& requested) {
+  const std::string_view name = {requested.name, requested.nameLength};
+  const auto answers = [&](const CurrentAttribute& attribute) {
+    return spells(path_name(attribute), name) &&
+           value_matches(scan, requested, {attribute.value, attribute.valueLength});
+  };
+  return find_attribute(scan, name, answers) != nullptr;
+}
+
+}  // namespace
+
+bool index_attributes(Scan& scan) {
+  const u32 count = scan.attributes.size;
+  const u64 buckets = std::bit_ceil(u64{count});
+  if (!scan.attributeBuckets.reserve(buckets)) return false;
+  scan.attributeBuckets.size = static_cast<u32>(buckets);
+  for (u32& bucket : scan.attributeBuckets) bucket = kNone;
+  for (u32 i = count; i-- != 0;) {
+    CurrentAttribute& attribute = scan.attributes[i];
+    const u32 hash = hash_local({attribute.name, attribute.nameLength});
+    u32& bucket = scan.attributeBuckets[hash & (buckets - 1)];
+    attribute.next = bucket;
+    bucket = i;
+  }
+  return true;
+}
+
+bool attributes_match(const Scan& scan, const Node& node) {
+  if (node.attributeCount != scan.attributes.size && (node.flags & kNameOnly) == 0) return false;
+  for (u32 i = 0; i < node.attributeCount; ++i) {
+    if (!has_attribute(scan, scan.index.attributes[node.firstAttribute + i])) return false;
+  }
+  return true;
+}
+
+bool same_qualified_name(const Scan& scan, std::string_view requested, std::string_view current) {
+  const QualifiedName wanted = split_value(requested);
+  const QualifiedName found = split_value(current);
+  if (wanted.local != found.local) return false;
+  if (wanted.prefix == found.prefix) return true;
+  if ((scan.flags & CL_XML_COM_FLAG) != 0) return false;
+  const bool wantedThere =
+      wanted.prefix.empty() || is_second_vendor(row_of_table_prefix(wanted.prefix));
+  const bool foundThere =
+      found.prefix.empty() || is_second_vendor(find_row(scan, found.prefix, scan.generation));
+  return wantedThere && foundThere;
+}
+
+}  // namespace pxcl::xml

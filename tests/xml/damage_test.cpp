@@ -1,0 +1,144 @@
+// SPDX-FileCopyrightText: 2026 The pxcl developers
+// SPDX-License-Identifier: Apache-2.0
+
+// Every allocation failed once on every entry point, with documents that make each of them
+// allocate.
+
+#include <gtest/gtest.h>
+
+#include "engine_routes.hpp"
+#include "support.hpp"
+
+namespace {
+
+using pxcl_test::EngineCase;
+using pxcl_test::Request;
+using pxcl_test::Texts;
+
+constexpr int kNoMemory = -11;
+constexpr int kBadArgument = -2;  // of an empty element that could not be recorded
+
+// More elements, attributes, matches and paths than the engine keeps without allocating.
+EngineCase make_large() {
+  EngineCase one;
+  one.document = "<?xml ?><cmd>";
+  std::string path = "cmd";
+  for (int i = 0; i < 80; ++i) {
+    const std::string name = std::string("e").append(std::to_string(i));
+    one.paths.push_back("cmd/" + name);
+    one.document += "<" + name + ">value</" + name + ">";
+  }
+  for (int i = 0; i < 12; ++i) one.document += "<x>" + std::to_string(i) + "</x><y/>";
+  one.document += "<many";
+  for (int i = 0; i < 20; ++i) one.document += " k" + std::to_string(i) + "=\"v\"";
+  one.document += "/>";
+  for (int i = 0; i < 100; ++i) {
+    one.document += "<d>";
+    path += "/d";
+  }
+  one.document += "<s/\"k=\"v\">odd</s/\"k></cmd>";
+  for (const char* more : {"cmd/x", "cmd/y", "cmd/many k3", "cmd/many k1=\"v\" k2"})
+    one.paths.push_back(more);
+  one.paths.push_back(path);
+  return one;
+}
+
+bool is_documented(int result) {
+  return result == kNoMemory || result == kBadArgument;
+}
+
+template <typename Parameter>
+void fail_requests(const EngineCase& one) {
+  const Texts texts(one);
+  int whole = 0;
+  pxcl_test::fails_cleanly_at_every_allocation([&](bool failing) {
+    Request<Parameter> request(texts);
+    const int result = pxcl_test::ask(request, false);
+    if (!failing) whole = result;
+    EXPECT_TRUE(result == whole || is_documented(result)) << result;
+    for (const Parameter& parameter : request.parameters) EXPECT_NE(parameter.status, 0);
+  });
+}
+
+template <typename Parameter>
+void fail_runs(const EngineCase& one, std::int32_t (*parse)(ClXmlParserData*)) {
+  const Texts texts(one);
+  int whole = 0;
+  pxcl_test::fails_cleanly_at_every_allocation([&](bool failing) {
+    Request<Parameter> request(texts);
+    std::string run;
+    const int result = pxcl_test::run_route(request, 0, parse, run);
+    if (!failing) whole = result;
+    EXPECT_TRUE(result == whole || is_documented(result)) << result;
+  });
+}
+
+std::int32_t parse_plainly(ClXmlParserData* data) {
+  return pxcl::xml::parse_by_steps(*data);
+}
+
+TEST(ShortMemory, Requests) {
+  fail_requests<ClXmlParameter>(make_large());
+  fail_requests<ClXmlListParameter>(make_large());
+}
+
+TEST(ShortMemory, Runs) {
+  EngineCase small = make_large();
+  small.paths = {"cmd/x", "cmd/y", "cmd/many k1=\"v\" k2"};
+  small.document = small.document.substr(small.document.find("<x>1</x>"));
+  small.document = "<?xml ?><cmd>" + small.document;
+  fail_runs<ClXmlParameter>(small, ClXmlParse);
+  fail_runs<ClXmlListParameter>(small, parse_plainly);
+}
+
+TEST(ShortMemory, Replacement) {
+  const EngineCase one = make_large();
+  const Texts texts(one);
+  std::vector<char> output(2 * one.document.size());
+  pxcl_test::fails_cleanly_at_every_allocation([&](bool failing) {
+    Request<ClXmlParameter> request(texts);
+    request.record.documentLength = one.document.find("<s/");
+    for (ClXmlParameter& parameter : request.parameters) {
+      parameter.newValue = "new";
+      parameter.newValueLength = 3;
+    }
+    request.record.output = output.data();
+    request.record.outputSize = output.size();
+    const int result = ClXmlReplaceParameter(&request.record);
+    EXPECT_TRUE(failing ? is_documented(result) : result == 0) << result;
+  });
+}
+
+TEST(ShortMemory, Scan) {
+  const EngineCase one = make_large();
+  int whole = 0;
+  pxcl_test::fails_cleanly_at_every_allocation([&](bool failing) {
+    std::vector<pxcl::xml::Query> queries;
+    for (const std::string& path : one.paths) {
+      const auto group = static_cast<std::uint32_t>(queries.size());
+      queries.push_back(
+          {path, group % 2 == 0 ? pxcl::xml::Wanted::kAll : pxcl::xml::Wanted::kFirst, group});
+    }
+    const int result = pxcl::xml::scan(one.document, 0, queries, nullptr);
+    if (!failing) whole = result;
+    EXPECT_TRUE(result == whole || is_documented(result)) << result;
+  });
+}
+
+// A list record whose ranges could not be made keeps null ranges and the scan's own result.
+TEST(ShortMemory, RangesOfAStoredRun) {
+  const Texts texts({0, {"cmd/a"}, 0, "<?xml ?><cmd><a>x</a></cmd>"});
+  Request<ClXmlListParameter> request(texts);
+  ClXmlParserData* data = nullptr;
+  ASSERT_EQ(ClXmlInitializeParserData(&data, 0, nullptr, &request.record), 0);
+  EXPECT_EQ(ClXmlParse(data), 0);
+  {
+    const pxcl_test::FailAllocation failing(1);
+    EXPECT_EQ(ClXmlStoreParserData(data, nullptr, &request.record), 0);
+  }
+  EXPECT_EQ(request.parameters[0].ranges, nullptr);
+  EXPECT_EQ(data->targets[0].matches, nullptr);
+  ClXmlUnInitializeParserData(data);
+}
+
+}  // namespace

@@ -1,0 +1,199 @@
+// SPDX-FileCopyrightText: 2026 The pxcl developers
+// SPDX-License-Identifier: Apache-2.0
+
+// Both routes of the engine on the fuzz target's seeds and on random documents that are rich in
+// oddities.
+
+#include <gtest/gtest.h>
+
+#include <random>
+
+#include "engine_routes.hpp"
+#include "support.hpp"
+
+namespace {
+
+using pxcl_test::EngineCase;
+
+TEST(Routes, AgreeOnEverySeed) {
+  for (const std::string& file : pxcl_test::list_data("engine")) {
+    const EngineCase seed = pxcl_test::read_engine_case(pxcl_test::read_data(file));
+    EXPECT_EQ(pxcl_test::compare_routes(seed), "") << file;
+  }
+}
+
+TEST(Routes, AgreeOnEverySeedCutAtEveryByte) {
+  for (const std::string& file : pxcl_test::list_data("engine")) {
+    const EngineCase seed = pxcl_test::read_engine_case(pxcl_test::read_data(file));
+    EngineCase cut = seed;
+    for (std::size_t length = 0; length < seed.document.size(); ++length) {
+      cut.document = seed.document.substr(0, length);
+      const pxcl_test::Texts texts(cut);
+      ASSERT_EQ(pxcl_test::compare_requests<ClXmlListParameter>(texts, cut.flags), "")
+          << file << " cut at " << length;
+    }
+  }
+}
+
+// A document from a small grammar; names and prefixes are few, so that things meet.
+class Generator {
+ public:
+  explicit Generator(std::uint32_t seed, bool zeroBytes) : random_(seed), zeroBytes_(zeroBytes) {}
+
+  EngineCase make() {
+    EngineCase result;
+    result.flags = chance(5) ? CL_XML_COM_FLAG : 0;
+    result.document = document(result.flags != 0);
+    const std::vector<std::string> seen = paths_of(result);
+    const std::size_t count = 1 + below(6);
+    while (result.paths.size() < count) {
+      result.paths.push_back(vary(seen.empty() ? "cmd/a" : seen[below(seen.size())]));
+    }
+    if (count > 1 && chance(30)) result.nullPath = 1 + below(count - 1);
+    return result;
+  }
+
+ private:
+  std::size_t below(std::size_t limit) { return random_() % limit; }
+  bool chance(std::size_t of) { return below(of) == 0; }
+  template <std::size_t N>
+  std::string pick(const char* const (&choices)[N]) {
+    return choices[below(N)];
+  }
+
+  std::string name() {
+    static const char* const kPlain[] = {"a", "b", "c", "p:a", "p:b", "q:a", "zirk:a", "zi:a"};
+    static const char* const kOdd[] = {"a/b", "a\"",     "b\"c",  "a/",      "a//b",
+                                       "a:",  "xmlns:a", "p",     "a=b",     "pp:a",
+                                       "a'",  "vrx:b",   "a:b:c", "b\"/c\"", "a<b"};
+    return chance(8) ? pick(kOdd) : pick(kPlain);
+  }
+
+  std::string declaration() {
+    static const char* const kPrefix[] = {"xmlns:p",     "xmlns:q",   "xmlns:zi",
+                                          "xmlns:pp",    "xmlns",     "xmlnsx",
+                                          "xmlns:zirkx", "xmlns:\"p", "xmlnsx:b"};
+    std::string uri = chance(8) ? "http://elsewhere/" : clNsTable[below(4)].uri;
+    if (chance(4)) uri.pop_back();
+    return pick(kPrefix) + "=\"" + (chance(6) ? " " : "") + uri + "\"";
+  }
+
+  std::string attribute() {
+    static const char* const kPlain[] = {"k=\"v\"",   "l=\"w\"", "k=\"w\"",  "p:k=\"v\"",
+                                         "k=\"q:x\"", "k=\"x\"", "k=\"p:x\""};
+    static const char* const kOdd[] = {
+        "k=\"\"",         "k=\" v \"",   "k='v'",    "k='v' l=\"v\"", "k = \"v\"", "k=\"v/w\"",
+        "k=\"v\"k=\"w\"", "k\"=\"v\"",   "k/=\"v\"", "k=zz\"v\"",     "k=\":x\"",  "k=\"q:\"",
+        "\"p:k=\"v\"",    "k=\"ikw:x\"", "<k=\"v\"", "k=\"p:v/\"",    "k=\"v'w\""};
+    static const char* const kBad[] = {"k",      "k=\"v",   "k l=\"v\"",
+                                       "=\"v\"", "k=\"<\"", "xmlns:=\"u\""};
+    if (chance(5)) return declaration();
+    if (chance(150)) return pick(kBad);
+    return chance(5) ? pick(kOdd) : pick(kPlain);
+  }
+
+  std::string attributes() {
+    static const char* const kGap[] = {" ", " ", " ", "  ", "\n", "\t "};
+    std::string text;
+    for (std::size_t count = chance(3) ? below(4) : below(2); count != 0; --count) {
+      text += pick(kGap) + attribute();
+    }
+    return text;
+  }
+
+  std::string text() {
+    static const char* const kTexts[] = {"", "", "", "t", " t ", "\r\n", "a > b", "&amp;", "x\ty "};
+    static const char* const kMarkup[] = {
+        "<!-- a > b -->",         "<!-- x -->",    "<!---->", "<?pi x?>", "<![CDATA[x]]>",
+        "<![CDATA[ <a> ]] > ]]>", "<![CDATA[a/]]>"};
+    static const char* const kBad[] = {"<![CDATA[]]>", "<!>", "< a>", "<", "<_a>", "</>", "</b >"};
+    if (chance(200)) return pick(kBad);
+    return chance(8) ? pick(kTexts) + pick(kMarkup) + pick(kTexts) : pick(kTexts);
+  }
+
+  std::string end_tag(const std::string& of) {
+    if (chance(60)) return "</" + name() + ">";
+    if (chance(40)) return "";
+    return "</" + of + (chance(12) ? " >" : ">");
+  }
+
+  std::string element(std::size_t depth) {
+    const std::string own = name();
+    const std::string start = "<" + own + attributes();
+    if (chance(5)) return start + (chance(2) ? "/>" : " />");
+    std::string inside = text();
+    for (std::size_t count = depth == 0 ? 0 : below(4); count != 0; --count) {
+      inside += element(depth - 1) + text();
+    }
+    return start + ">" + inside + end_tag(own);
+  }
+
+  std::string document(bool anyRoot) {
+    std::string root = anyRoot && chance(2) ? name() : "cmd";
+    if (chance(60)) root = "cmdx";
+    std::string result = "<?xml version=\"1.0\"?>" + (chance(12) ? text() : "") + "<" + root;
+    for (std::size_t count = below(4); count != 0; --count) result += " " + declaration();
+    if (chance(10)) result += attributes();
+    result += ">" + text();
+    for (std::size_t count = 1 + below(4); count != 0; --count) result += element(3) + text();
+    result += end_tag(root) + (chance(10) ? "tail" : "");
+    for (char& byte : result) {
+      if (zeroBytes_ && chance(400)) byte = '\0';
+    }
+    return result;
+  }
+
+  // Every current path that the step functions go through.
+  static std::vector<std::string> paths_of(const EngineCase& one) {
+    const pxcl_test::Texts texts({one.flags, {"x"}, 0, one.document});
+    pxcl_test::Request<ClXmlParameter> request(texts);
+    ClXmlParserData* data = nullptr;
+    std::vector<std::string> seen;
+    if (ClXmlInitializeParserData(&data, one.flags, &request.record, nullptr) != 0) return seen;
+    for (std::uint64_t at = 0; at < one.document.size(); ++at) {
+      if (one.document[at] == '<' && ClXmlCheckElement(data, &at) != 0) break;
+      if (data->currentPath != nullptr) seen.emplace_back(data->currentPath);
+    }
+    ClXmlClearPath(data->currentPath);
+    ClXmlStoreParserData(data, &request.record, nullptr);
+    ClXmlUnInitializeParserData(data);
+    return seen;
+  }
+
+  std::string vary(std::string path) {
+    static const char* const kAppended[] = {" k",      " l",       "/",    "//",  "/a",
+                                            "/zirk:a", " k=\"v\"", "/b k", " p:k"};
+    if (chance(3)) path += pick(kAppended);
+    if (chance(6)) path += pick(kAppended);
+    if (chance(8)) path.erase(below(path.size()));
+    if (path.size() > 2 && chance(12)) path.erase(below(path.size()), 1);
+    if (const std::size_t value = path.find("=\""); value != path.npos && chance(6)) {
+      path.erase(value, path.find('"', value + 2) - value + 1);
+    }
+    return path.empty() ? "cmd" : path;
+  }
+
+  std::mt19937 random_;
+  bool zeroBytes_;
+};
+
+void expect_agreement(std::uint32_t firstSeed, std::uint32_t count, bool zeroBytes) {
+  for (std::uint32_t seed = firstSeed; seed < firstSeed + count; ++seed) {
+    const EngineCase one = Generator(seed, zeroBytes).make();
+    std::string paths;
+    for (const std::string& path : one.paths) paths += "\n[" + path + "]";
+    ASSERT_EQ(pxcl_test::compare_routes(one), "")
+        << "seed " << seed << " flags " << one.flags << " null " << one.nullPath << paths << "\n"
+        << one.document;
+  }
+}
+
+TEST(Routes, AgreeOnRandomDocuments) {
+  expect_agreement(1, 4000, false);
+}
+
+TEST(Routes, AgreeOnRandomDocumentsWithZeroBytes) {
+  expect_agreement(1, 1000, true);
+}
+
+}  // namespace

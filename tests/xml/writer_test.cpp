@@ -1,0 +1,235 @@
+// SPDX-FileCopyrightText: 2026 The pxcl developers
+// SPDX-License-Identifier: Apache-2.0
+
+#include <gtest/gtest.h>
+
+#include "engine_routes.hpp"
+#include "support.hpp"
+
+namespace {
+
+using pxcl_test::ExactBlock;
+using pxcl_test::Request;
+using pxcl_test::Texts;
+
+constexpr std::string_view kHead = "<?xml ?>";
+constexpr int kTooSmall = -12;
+
+struct Replacement {
+  std::string path;
+  std::string value;
+};
+
+// A replacement of values by path, into a buffer of the caller's size.
+struct Job {
+  Job(std::string_view body, const std::vector<Replacement>& replacements)
+      : values(replacements), texts(make_case(body, replacements)), request(texts) {
+    for (std::size_t i = 0; i < values.size(); ++i) {
+      request.parameters[i].newValue = values[i].value.data();
+      request.parameters[i].newValueLength = values[i].value.size();
+    }
+  }
+
+  static pxcl_test::EngineCase make_case(std::string_view body,
+                                         const std::vector<Replacement>& replacements) {
+    pxcl_test::EngineCase one;
+    one.document = std::string(kHead) + std::string(body);
+    for (const Replacement& replacement : replacements) one.paths.push_back(replacement.path);
+    return one;
+  }
+
+  int write(char* output, std::size_t size) {
+    request.record.output = output;
+    request.record.outputSize = size;
+    return ClXmlReplaceParameter(&request.record);
+  }
+
+  // The new document without its declaration, or the status.
+  std::string run() {
+    std::string output(1024, '#');
+    const int result = write(output.data(), output.size());
+    if (result != 0) return std::to_string(result);
+    return output.substr(kHead.size(), request.record.outputSize - kHead.size());
+  }
+
+  std::vector<Replacement> values;
+  Texts texts;
+  Request<ClXmlParameter> request;
+};
+
+TEST(Writer, ReplacesValues) {
+  const struct {
+    const char* body;
+    std::vector<Replacement> replacements;
+    const char* expected;
+  } kRows[] = {
+      {"<cmd><a>x</a></cmd>", {{"cmd/a", "longer"}}, "<cmd><a>longer</a></cmd>"},
+      {"<cmd><a>longer</a>t</cmd>", {{"cmd/a", "x"}}, "<cmd><a>x</a>t</cmd>"},
+      {"<cmd><a>x</a><b>y</b></cmd>",
+       {{"cmd/b", "bb"}, {"cmd/a", "aaa"}},
+       "<cmd><a>aaa</a><b>bb</b></cmd>"},
+      {"<cmd><a></a></cmd>", {{"cmd/a", "v"}}, "<cmd><a>v</a></cmd>"},
+      {"<cmd><a/></cmd>", {{"cmd/a", "v"}}, "<cmd><a>v</a></cmd>"},
+      {"<cmd><p:a /></cmd>", {{"cmd/p:a", "v"}}, "<cmd><p:a >v</p:a></cmd>"},
+      {"<cmd><a \t/>t</cmd>", {{"cmd/a", "v"}}, "<cmd><a \t>v</a>t</cmd>"},
+      {"<cmd><a x=\"b/c\"/></cmd>", {{"cmd/a x=\"b/c\"", "v"}}, "<cmd><a x=\"b/c\">v</a></cmd>"},
+      {"<cmd><a x=\"b/c\" /></cmd>", {{"cmd/a x=\"b/c\"", "v"}}, "<cmd><a x=\"b/c\" >v</a></cmd>"},
+      {"<cmd>a > b<a <x=\"1\" /></cmd>",
+       {{"cmd/a <x=\"1\"", "v"}},
+       "<cmd>a > b<a <x=\"1\" >v</a></cmd>"},
+      {"<cmd><a x=\"1\"/></cmd>",
+       {{"cmd/a x", "\"2\""}, {"cmd/a x=\"1\"", "v"}},
+       "<cmd><a x=\"2\">v</a></cmd>"},
+      {"<cmd><a/><b/></cmd>", {{"cmd/a", "1"}, {"cmd/b", "22"}}, "<cmd><a>1</a><b>22</b></cmd>"},
+      {"<cmd><a>x</a></cmd>", {{"cmd/b", "v"}, {"cmd/c", "w"}}, "<cmd><a>x</a></cmd>"},
+      {"<cmd><a>x</a></cmd>", {{"cmd/a", ""}}, "<cmd><a>x</a></cmd>"},
+      {"<cmd><a>x</a></cmd>", {{"cmd/a", "first"}, {"cmd/a", "2"}}, "<cmd><a>2</a></cmd>"},
+      {"<cmd><a>x</a><b>y</b></cmd>",
+       {{"cmd/a", "vv"}, {"cmd/b", ""}},
+       "<cmd><a>vv</a><b>y</b></cmd>"},
+      {"<cmd><a></b></cmd>", {{"cmd/a", "v"}}, "-10"},
+  };
+  for (const auto& row : kRows)
+    EXPECT_EQ(Job(row.body, row.replacements).run(), row.expected) << row.body;
+}
+
+TEST(Writer, FitsExactly) {
+  for (const char* body : {"<cmd><a>x</a><b>long</b></cmd>", "<cmd><a  /><b></b></cmd>"}) {
+    Job job(body, {{"cmd/a", "value"}, {"cmd/b", "b"}});
+    const std::size_t needed = job.run().size() + kHead.size();
+    const auto write = [&](char* output, std::size_t size) {
+      const int result = job.write(output, size);
+      EXPECT_EQ(job.request.record.outputSize, needed);
+      if (result != kTooSmall) return result;
+      const std::string_view document(job.texts.document.get(), job.texts.length);
+      const std::string_view begun = document.substr(0, size);
+      EXPECT_EQ(std::string_view(output, begun.size()), begun);
+      return result;
+    };
+    pxcl_test::fits_at_every_capacity(needed, write, kTooSmall);
+  }
+}
+
+TEST(Writer, TellsPlacesAndStatuses) {
+  Job job("<cmd><a>x</a><b/><c></c><d>y</d></cmd>",
+          {{"cmd/a", "longer"}, {"cmd/b", "b"}, {"cmd/c", "c"}, {"cmd/d", ""}, {"cmd/e", "e"}});
+  const std::string output = job.run();
+  const std::pair<int, std::size_t> kExpected[] = {{1, output.find("longer")},
+                                                   {1, output.find("b</b>")},
+                                                   {1, output.find("c</c>")},
+                                                   {1, output.find("y")}};
+  for (std::size_t i = 0; i < 4; ++i) {
+    EXPECT_EQ(job.request.parameters[i].status, kExpected[i].first);
+    EXPECT_EQ(job.request.parameters[i].newValueOffset, kHead.size() + kExpected[i].second) << i;
+  }
+  EXPECT_EQ(job.request.parameters[4].status, -101);
+  EXPECT_EQ(job.request.parameters[4].newValueOffset, 0u);
+}
+
+TEST(Writer, RecordsOfOnePathPointerShareTheLastPlace) {
+  Job job("<cmd><a>x</a><b>y</b></cmd>", {{"cmd/a", "first"}, {"cmd/b", "second"}});
+  char output[64];
+  ASSERT_EQ(job.write(output, sizeof output), 0);
+  const std::uint64_t second = job.request.parameters[1].newValueOffset;
+  job.request.parameters[0].path = job.request.parameters[1].path;
+  job.request.record.outputSize = sizeof output;
+  EXPECT_EQ(ClXmlWrite(&job.request.record), 0);
+  EXPECT_EQ(job.request.parameters[0].newValueOffset, second);
+}
+
+TEST(Writer, ManyRecords) {
+  std::string body = "<cmd>";
+  std::string expected = "<cmd>";
+  std::vector<Replacement> replacements;
+  for (char name = 'a'; name <= 'z'; ++name) {
+    body += std::string("<") + name + ">x</" + name + ">";
+    expected += std::string("<") + name + ">" + std::string(3, name) + "</" + name + ">";
+    replacements.insert(replacements.begin(), {std::string("cmd/") + name, std::string(3, name)});
+  }
+  EXPECT_EQ(Job(body + "</cmd>", replacements).run(), expected + "</cmd>");
+}
+
+TEST(Writer, RefusesRangesThatCannotBe) {
+  const struct {
+    std::uint64_t offset;
+    std::uint64_t length;
+    int status;
+  } kRows[] = {{9, 40, 1},
+               {~std::uint64_t{0}, 1, 1},
+               {9, ~std::uint64_t{0}, 1},
+               {15, 3, 1},
+               {27, 0, -103},
+               {26, 0, -103},
+               {12, 0, -103}};
+  for (const auto& row : kRows) {
+    Job job("<cmd><a>xyz</a></cmd>", {{"cmd/a", "value"}, {"cmd/b", "value"}});
+    std::string output(64, '#');
+    ASSERT_EQ(job.write(output.data(), output.size()), 0);
+    ClXmlParameter& damaged = job.request.parameters[1];
+    damaged.valueOffset = row.offset;
+    damaged.valueLength = row.length;
+    damaged.status = row.status;
+    output.assign(64, '#');
+    job.request.record.outputSize = output.size();
+    EXPECT_EQ(ClXmlWrite(&job.request.record), -2) << row.offset;
+    EXPECT_EQ(output, std::string(64, '#'));
+  }
+}
+
+TEST(Writer, RefusesBadRequests) {
+  const auto refused = [](const auto& damage) {
+    Job job("<cmd><a>x</a></cmd>", {{"cmd/a", "v"}});
+    char output[64];
+    EXPECT_EQ(job.write(output, sizeof output), 0);
+    damage(job.request.record);
+    return ClXmlWrite(&job.request.record) == -2;
+  };
+  EXPECT_TRUE(refused([](ClXmlRequest& request) { request.output = nullptr; }));
+  EXPECT_TRUE(refused([](ClXmlRequest& request) { request.outputSize = 0; }));
+  EXPECT_TRUE(refused([](ClXmlRequest& request) { request.parameterCount = 0; }));
+  EXPECT_TRUE(refused([](ClXmlRequest& request) { request.document = nullptr; }));
+  EXPECT_EQ(ClXmlWrite(nullptr), -2);
+}
+
+TEST(EmptyTag, IsFoundAndExpandedInPlace) {
+  const struct {
+    const char* tag;  // the position is that of the scan
+    std::uint64_t position;
+    const char* name;  // null: no such tag
+    const char* expanded;
+  } kRows[] = {
+      {"<a/>", 3, "a", "<a>v</a>"},
+      {"<b/><a />", 6, "a", "<b/><a >v</a>"},
+      {"<ab  />", 3, "ab", "<ab  >v</ab>"},
+      {"<a x=\"b/c\"/>", 11, "a", "<a x=\"b/c\">v</a>"},
+      {"<a x=\"b/c\" />", 10, "a", "<a x=\"b/c\" >v</a>"},
+      {"<a>", 2, nullptr, ""},
+      {"x/<a>", 4, nullptr, ""},
+      {"a/>", 2, nullptr, ""},
+      {"/>", 0, nullptr, ""},
+  };
+  for (const auto& row : kRows) {
+    const std::string_view tag = row.tag;
+    const ExactBlock exact(tag);
+    ClXmlParameter parameter = {};
+    parameter.newValue = "v";
+    parameter.newValueLength = 1;
+    parameter.newValueOffset = row.position;
+    std::uint64_t offset = 0;
+    std::uint64_t length = 0;
+    const int result = ClXmlCheckEmptyTagSpec(exact.data(), &parameter, &offset, &length);
+    EXPECT_EQ(result, row.name == nullptr ? -11 : 0) << tag;
+    EXPECT_EQ(result == 0 ? tag.substr(offset, length) : "", result == 0 ? row.name : "");
+    std::string buffer = std::string(tag) + std::string(1 + length + 2, '#');
+    std::uint64_t end = 0;
+    EXPECT_EQ(ClXmlExpandEmptyElement(buffer.data(), &parameter, &end, &length), result);
+    if (result != 0) continue;
+    EXPECT_EQ(buffer, row.expanded);
+    EXPECT_EQ(end, buffer.size());
+    EXPECT_EQ(buffer[parameter.newValueOffset], 'v');
+  }
+  EXPECT_EQ(ClXmlCheckEmptyTagSpec(nullptr, nullptr, nullptr, nullptr), -2);
+  EXPECT_EQ(ClXmlExpandEmptyElement(nullptr, nullptr, nullptr, nullptr), -2);
+}
+
+}  // namespace
