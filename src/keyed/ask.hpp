@@ -1,0 +1,54 @@
+// SPDX-FileCopyrightText: 2026 The pxcl developers
+// SPDX-License-Identifier: Apache-2.0
+
+// What every reader of a reply stands on: all its keys asked for in one scan.
+
+#pragma once
+
+#include "keyed/status.hpp"
+#include "util/types.hpp"
+#include "xml/scan.hpp"
+
+namespace pxcl::keyed {
+
+// Scans `document` once for every key; kOk or kBadArgument. The answers own their ranges: they go
+// when the queries do, on success and failure alike.
+i32 ask(std::string_view document, std::span<xml::Query> keys, u64* stopPosition = nullptr);
+
+// Keys whose number is known at run time only.
+class KeyList {
+ public:
+  // `count` keys without a path; false when memory is short. To be called once.
+  bool allocate(u64 count);
+
+  KeyList() = default;
+  KeyList(const KeyList&) = delete;
+  KeyList& operator=(const KeyList&) = delete;
+  ~KeyList();
+
+  std::span<xml::Query> all() const { return keys_; }
+
+ private:
+  std::span<xml::Query> keys_ = {};
+};
+
+inline bool is_found(const xml::Query& key) {
+  return key.status == xml::kFound;
+}
+// Found, or there but empty in either form.
+inline bool is_present(const xml::Query& key) {
+  return key.status == xml::kFound || key.status == xml::kEmptyElement ||
+         key.status == xml::kEmptyTag;
+}
+inline std::string_view text_of(std::string_view document, const xml::Query& key) {
+  return slice(document, key.offset, key.length);
+}
+inline std::string_view text_of(std::string_view document, const ClXmlValueRange& range) {
+  return slice(document, range.offset, range.length);
+}
+// The text at a key; one without data when the key is not found.
+inline std::string_view found_text(std::string_view document, const xml::Query& key) {
+  return is_found(key) ? text_of(document, key) : std::string_view();
+}
+
+}  // namespace pxcl::keyed

@@ -1,0 +1,100 @@
+// SPDX-FileCopyrightText: 2026 The pxcl developers
+// SPDX-License-Identifier: Apache-2.0
+
+#include "keyed/format.hpp"
+
+#include <cstring>
+#include <limits>
+
+#include "keyed.h"
+#include "keyed/status.hpp"
+#include "util/owned.hpp"
+
+namespace pxcl::keyed {
+namespace {
+
+constexpr u64 kMarkerLength = 2;
+
+char* append(char* out, std::string_view text) {
+  if (!text.empty()) std::memcpy(out, text.data(), text.size());
+  return out + text.size();
+}
+
+std::string_view view_of(const char* argument) {
+  return argument != nullptr ? std::string_view(argument) : std::string_view();
+}
+
+// Offset of the first marker from `begin` on; the text's size when there is none.
+u64 find_marker(std::string_view text, u64 begin) {
+  while (begin < text.size()) {
+    const void* percent = std::memchr(text.data() + begin, '%', text.size() - begin);
+    if (percent == nullptr) break;
+    const u64 at = static_cast<u64>(static_cast<const char*>(percent) - text.data());
+    if (at + 1 < text.size() && text[at + 1] == 's') return at;
+    begin = at + 1;
+  }
+  return text.size();
+}
+
+Arguments arguments_of(const char* const* arguments, i32 count) {
+  if (arguments == nullptr || count < 1) return {};
+  return {arguments, static_cast<u64>(count)};
+}
+
+constexpr bool fits_i32(u64 bytes) {
+  return bytes <= u64{std::numeric_limits<i32>::max()};
+}
+
+}  // namespace
+
+u64 bound_of_filled(std::string_view text, Arguments arguments) {
+  u64 bound = text.size() + 1;
+  for (const char* argument : arguments) bound += view_of(argument).size();
+  return bound;
+}
+
+bool fill_template(std::string_view text, Arguments arguments, char* out, u64* length) {
+  char* end = out;
+  u64 next = 0;
+  for (u64 begin = 0; begin < text.size();) {
+    const u64 marker = find_marker(text, begin);
+    end = append(end, slice(text, begin, marker - begin));
+    if (marker == text.size()) break;
+    if (next == arguments.size()) return false;
+    end = append(end, view_of(arguments[next++]));
+    begin = marker + kMarkerLength;
+  }
+  *end = '\0';
+  *length = static_cast<u64>(end - out);
+  return true;
+}
+
+}  // namespace pxcl::keyed
+
+using namespace pxcl;
+using namespace pxcl::keyed;
+
+extern "C" {
+
+i32 Get_NeedBufferSize2(const char* text, const char* const* arguments, i32 count) {
+  if (text == nullptr) return kBadArgument;
+  const u64 bound = bound_of_filled(text, arguments_of(arguments, count));
+  return fits_i32(bound) ? static_cast<i32>(bound) : kInvalid;
+}
+
+i32 clss_Sprintf(char* buffer, i32 size, const char* const* arguments, i32 count) {
+  if (buffer == nullptr || size < 1 || arguments == nullptr || count < 1) return kBadArgument;
+  const std::string_view text(buffer);
+  const Arguments views = arguments_of(arguments, count);
+  const u64 bound = bound_of_filled(text, views);
+  // On the bound, not on the exact size: callers size their buffers by Get_NeedBufferSize2.
+  if (static_cast<u64>(size) < bound) return kInvalid;
+  const Owned<char> scratch = Owned<char>::allocate(bound);
+  if (!scratch) return kNoMemory;
+  u64 length = 0;
+  if (!fill_template(text, views, scratch.get(), &length)) return kBadArgument;
+  std::memcpy(buffer, scratch.get(), length + 1);
+  return static_cast<i32>(length);
+}
+
+}  // extern "C"

@@ -1,0 +1,207 @@
+// SPDX-FileCopyrightText: 2026 The pxcl developers
+// SPDX-License-Identifier: Apache-2.0
+
+#include "keyed/values.hpp"
+
+#include <algorithm>
+#include <cstring>
+#include <limits>
+
+#include "keyed/status.hpp"
+#include "keyed/word_index.hpp"
+#include "util/owned.hpp"
+
+namespace pxcl::keyed {
+namespace {
+
+constexpr u64 kJobIDLength = 8;
+constexpr u64 kShortWord = 128;  // longer than any keyword of the protocol
+
+// SetStringValue
+constexpr i32 kNotCopied = 0;
+constexpr i32 kCopied = 1;
+
+// CheckJobID
+constexpr i32 kAnotherJobID = 1;
+
+// The bytes of a text's value, one after the other.
+class ValueBytes {
+ public:
+  explicit ValueBytes(std::string_view text) : at_(text.data()), end_(at_ + text.size()) {}
+
+  // The next byte; 0 at the end and from there on.
+  char next() {
+    while (at_ != end_ && *at_ == ' ') ++at_;
+    if (at_ == end_ || *at_ == ',' || *at_ == '\0') return '\0';
+    return *at_++;
+  }
+
+ private:
+  const char* at_;
+  const char* end_;
+};
+
+// Copies a value of up to kShortWord bytes; an empty view without data when it is longer.
+std::string_view copy_short_word(std::string_view text, char (&word)[kShortWord + 1]) {
+  u64 length = 0;
+  for (const char byte : text) {
+    if (byte == ' ') continue;
+    if (byte == ',' || byte == '\0') break;
+    if (length == kShortWord) return {};
+    word[length++] = byte;
+  }
+  word[length] = '\0';
+  return {word, length};
+}
+
+bool is_same_word(const char* keyword, std::string_view text) {
+  ValueBytes value(text);
+  for (;; ++keyword) {
+    const char byte = value.next();
+    if (byte != *keyword) return false;
+    if (byte == '\0') return true;
+  }
+}
+
+// Keywords of the protocol are told apart from a long value by their length alone.
+bool is_same_long_word(const char* keyword, std::string_view text) {
+  return strnlen(keyword, kShortWord + 1) > kShortWord && is_same_word(keyword, text);
+}
+
+template <typename IsSame>
+DicMatch find_row(std::span<const ClssDicRow> dictionary, IsSame is_same) {
+  const u64 rows = std::min<u64>(dictionary.size(), kUnknownIndex);
+  for (u64 index = 0; index < rows; ++index) {
+    const ClssDicRow& row = dictionary[index];
+    if (row.keyword != nullptr && is_same(row.keyword)) return {static_cast<u16>(index), row.code};
+  }
+  return {};
+}
+
+DicMatch find_indexed(std::span<const ClssDicRow> dictionary, const WordIndex& index,
+                      std::string_view word) {
+  for (u64 slot = hash_word(word);; ++slot) {
+    const u16 row = index.rows[slot % WordIndex::kSlots];
+    if (row == WordIndex::kFree) return {};
+    if (row < dictionary.size() && std::strcmp(dictionary[row].keyword, word.data()) == 0) {
+      return {row, dictionary[row].code};
+    }
+  }
+}
+
+constexpr bool is_digit(char byte) {
+  return byte >= '0' && byte <= '9';
+}
+
+bool is_job_id(const char* text) {
+  return std::strlen(text) == kJobIDLength && std::all_of(text, text + kJobIDLength, is_digit);
+}
+
+}  // namespace
+
+DicMatch look_up(std::span<const ClssDicRow> dictionary, std::string_view text) {
+  char buffer[kShortWord + 1];
+  const std::string_view word = copy_short_word(text, buffer);
+  if (word.data() == nullptr) {
+    return find_row(dictionary,
+                    [&](const char* keyword) { return is_same_long_word(keyword, text); });
+  }
+  const WordIndex* index = word_index_of(dictionary.data());
+  if (index != nullptr) return find_indexed(dictionary, *index, word);
+  return find_row(dictionary, [&](const char* keyword) {
+    return *keyword == *buffer && std::strcmp(keyword, buffer) == 0;
+  });
+}
+
+u32 read_number(std::string_view text) {
+  ValueBytes value(text);
+  char byte = value.next();
+  while (is_space(byte)) byte = value.next();
+  const bool negative = byte == '-';
+  if (negative || byte == '+') byte = value.next();
+  if (!is_digit(byte)) return kNotANumber;
+
+  const u64 limit = u64{std::numeric_limits<i32>::max()} + (negative ? 1 : 0);
+  u64 number = 0;
+  for (; is_digit(byte); byte = value.next()) {
+    number = std::min(number * 10 + static_cast<u64>(byte - '0'), limit);
+  }
+  return static_cast<u32>(negative ? 0 - number : number);
+}
+
+u64 value_length(std::string_view text) {
+  u64 length = 0;
+  for (ValueBytes value(text); value.next() != '\0';) ++length;
+  return length;
+}
+
+bool copy_value(std::string_view text, char* destination, u64 size) {
+  if (value_length(text) >= size) return false;
+  ValueBytes value(text);
+  while ((*destination = value.next()) != '\0') ++destination;
+  return true;
+}
+
+}  // namespace pxcl::keyed
+
+using namespace pxcl;
+using namespace pxcl::keyed;
+
+extern "C" {
+
+i32 GetVasloID(const ClssDicRow* dictionary, u32 rowCount, const char* text, u64 length, u16* index,
+               u16* code) {
+  if (dictionary == nullptr || rowCount == 0 || text == nullptr || length == 0) return kBadArgument;
+  if (index == nullptr || code == nullptr) return kBadArgument;
+  const DicMatch match = look_up(rows_of(dictionary, rowCount), {text, length});
+  *index = match.index;
+  *code = match.code;
+  return kOk;
+}
+
+i32 GetValue(const char* text, u64 length, u32* value) {
+  if (text == nullptr || length == 0 || value == nullptr) return kBadArgument;
+  *value = read_number({text, length});
+  return kOk;
+}
+
+i32 SetStringValue(const char* text, u64 length, char* destination, i32 size) {
+  if (text == nullptr || length == 0 || destination == nullptr || size < 1) return kNotCopied;
+  return copy_value({text, length}, destination, static_cast<u64>(size)) ? kCopied : kNotCopied;
+}
+
+i32 CheckJobID(const char* expected, const char* text, u64 length) {
+  if (text == nullptr || length == 0) return kBadArgument;
+  char jobID[kJobIDLength + 1];
+  if (!copy_value({text, length}, jobID, sizeof jobID) || !is_job_id(jobID)) return kBadArgument;
+  if (expected == nullptr) return kOk;
+  return std::strcmp(expected, jobID) == 0 ? kOk : kAnotherJobID;
+}
+
+i32 GetIdOrValue(const ClssDicRow* dictionary, u32 rowCount, const char* text, u64 length,
+                 u32* value, u16* code) {
+  if (value == nullptr || code == nullptr) return dictionary != nullptr ? kBadArgument : kInvalid;
+  if (dictionary != nullptr) {
+    u16 index = kUnknownIndex;
+    const i32 status = GetVasloID(dictionary, rowCount, text, length, &index, code);
+    if (status == kOk) *value = index;
+    return status;
+  }
+  if (GetValue(text, length, value) != kOk) return kInvalid;
+  *code = kNoCode;
+  return kOk;
+}
+
+char* CopyValueText(const char* text, u64 length) {
+  if (text == nullptr || length == 0 || length == std::numeric_limits<u64>::max()) return nullptr;
+  Owned<char> copy = Owned<char>::allocate(length + 1);
+  if (!copy) return nullptr;
+  char* end = copy.get();
+  for (const char byte : std::string_view(text, length)) {
+    if (byte == ',') break;
+    if (byte != ' ') *end++ = byte;
+  }
+  return copy.release();
+}
+
+}  // extern "C"

@@ -1,0 +1,38 @@
+// SPDX-FileCopyrightText: 2026 The pxcl developers
+// SPDX-License-Identifier: Apache-2.0
+
+// Keywords, numbers and strings out of an element's text, without an allocation. What counts is the
+// text's value: its bytes up to the first comma or zero byte, blanks dropped.
+
+#pragma once
+
+#include "keyed.h"
+#include "keyed/vocabulary.hpp"
+#include "util/types.hpp"
+
+namespace pxcl::keyed {
+
+inline constexpr u32 kNotANumber = 0x80000000;  // what a text without digits reads as
+
+struct DicMatch {
+  u16 index = kUnknownIndex;
+  u16 code = kNoCode;
+};
+
+inline std::span<const ClssDicRow> rows_of(const ClssDicRow* dictionary, u32 rowCount) {
+  return {dictionary, rowCount};
+}
+
+// The first row that equals the text's value.
+DicMatch look_up(std::span<const ClssDicRow> dictionary, std::string_view text);
+
+// The value as a decimal number within 32 signed bits.
+u32 read_number(std::string_view text);
+
+// Bytes of the value.
+u64 value_length(std::string_view text);
+
+// Writes the value and its terminator; false, and nothing written, when `size` bytes are too few.
+bool copy_value(std::string_view text, char* destination, u64 size);
+
+}  // namespace pxcl::keyed

@@ -1,0 +1,48 @@
+// SPDX-FileCopyrightText: 2026 The pxcl developers
+// SPDX-License-Identifier: Apache-2.0
+
+// Where a keyword stands in a large dictionary, without a walk through its rows.
+
+#pragma once
+
+#include <array>
+#include <string_view>
+
+#include "dictionaries.h"
+#include "util/types.hpp"
+
+namespace pxcl::keyed {
+
+// Row indices, each in the first free slot from its keyword's hash on.
+struct WordIndex {
+  static constexpr u64 kSlots = 256;
+  static constexpr u8 kFree = 255;
+  std::array<u8, kSlots> rows;
+};
+
+// Keywords of one dictionary differ in length or near their ends.
+constexpr u64 hash_word(std::string_view word) {
+  u64 tail = word.size();
+  const u64 begin = word.size() > 8 ? word.size() - 8 : 0;
+  for (u64 i = begin; i < word.size(); ++i) tail = tail << 7 ^ static_cast<u8>(word[i]);
+  return tail * 0x9E3779B97F4A7C15u >> 56;
+}
+
+template <std::size_t count>
+constexpr WordIndex index_words(const ClssDicRow (&table)[count]) {
+  static_assert(count <= WordIndex::kFree / 2);
+  WordIndex index = {};
+  index.rows.fill(WordIndex::kFree);
+  for (std::size_t row = 0; row < count; ++row) {
+    if (table[row].keyword == nullptr) continue;
+    u64 slot = hash_word(table[row].keyword);
+    while (index.rows[slot] != WordIndex::kFree) slot = (slot + 1) % WordIndex::kSlots;
+    index.rows[slot] = static_cast<u8>(row);
+  }
+  return index;
+}
+
+// The index of a dictionary; null when it has none.
+const WordIndex* word_index_of(const ClssDicRow* dictionary);
+
+}  // namespace pxcl::keyed

@@ -1,0 +1,255 @@
+// SPDX-FileCopyrightText: 2026 The pxcl developers
+// SPDX-License-Identifier: Apache-2.0
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "keyed.h"
+#include "kwvs.h"
+#include "support.hpp"
+
+namespace {
+
+using namespace std::string_literals;
+using pxcl_test::ExactBlock;
+
+struct Dictionary {
+  const ClssDicRow* rows;
+  std::uint16_t count;
+};
+
+const Dictionary kDictionaries[] = {
+    {glb_clssdicServiceTypeTbl, CLSS_NUM_SERVICETYPE_LIST},
+    {glb_clssdicInkgroupTbl, CLSS_DICNUM_INKGROUP},
+    {glb_clssdicInputbinTbl, CLSS_DICNUM_INPUTBIN},
+    {glb_clssdicPaperTypeDiscLabelPrintTbl, CLSS_NUM_PAPERTYPE_DISC_LABEL_PRINT},
+    {glb_clssdicPaperTypeTbl, CLSS_DICNUM_PAPERTYPE},
+    {glb_clssdicPaperSizeTbl, CLSS_DICNUM_PAPERSIZE},
+    {glb_clssdicMismatchModeTbl, CLSS_DICNUM_MISMATCH_MODE},
+    {glb_clssdicHostEnvironmentTbl, CLSS_DICNUM_HOST_ENVIRONMENT},
+    {glb_clssdicMacAddressSortTbl, CLSS_DICNUM_MACADDRESS_SORT},
+    {glb_clssdicDuplexPrintTbl, CLSS_DICNUM_DUPLEXPRINT},
+    {glb_clssdicColormodeTbl, CLSS_DICNUM_COLORMODE},
+    {glb_clssdicDataFormatTbl, CLSS_DICNUM_DATAFORMAT},
+    {glb_clssdicStatusDetailTbl, CLSS_DICNUM_STATUSDETAIL},
+    {glb_clssdicResponseDetailTbl, CLSS_DICNUM_RESDETAIL},
+    {glb_clssdicOperationTbl, CLSS_DICNUM_OPERATION},
+};
+
+struct Found {
+  int index;
+  int code;
+  bool operator==(const Found&) const = default;
+};
+
+Found look_up(const Dictionary& dictionary, const std::string& text) {
+  const ExactBlock block(text);
+  std::uint16_t index = 1234;
+  std::uint16_t code = 1234;
+  EXPECT_EQ(
+      GetVasloID(dictionary.rows, dictionary.count, block.data(), block.size(), &index, &code), 0);
+  return {index, code};
+}
+
+std::string spread(const std::string& word) {
+  std::string text;
+  for (const char byte : word) text += byte + "  "s;
+  return text + ", other";
+}
+
+constexpr Found kNone = {65535, 65535};
+
+TEST(GetVasloID, FindsEveryRowWithAndWithoutBlanks) {
+  for (const Dictionary& dictionary : kDictionaries) {
+    for (std::uint16_t row = 0; row < dictionary.count; ++row) {
+      if (dictionary.rows[row].keyword == nullptr) continue;
+      const std::string keyword = dictionary.rows[row].keyword;
+      const int first = keyword == "ON" ? 2 : row;
+      const Found expected = {first, dictionary.rows[first].code};
+      EXPECT_EQ(look_up(dictionary, keyword), expected) << keyword;
+      EXPECT_EQ(look_up(dictionary, spread(keyword)), expected) << keyword;
+      EXPECT_EQ(look_up(dictionary, keyword.substr(1)), kNone) << keyword;
+      EXPECT_EQ(look_up(dictionary, keyword + "x"), kNone) << keyword;
+    }
+  }
+}
+
+TEST(GetVasloID, TakesTheValueOnly) {
+  const struct {
+    Dictionary dictionary;
+    std::string text;
+    Found found;
+  } cases[] = {
+      {{glb_clssdicOperationTbl, 27}, "GetStatus", {13, 65535}},
+      {{glb_clssdicOperationTbl, 27}, "getstatus", kNone},
+      {{glb_clssdicOperationTbl, 13}, "GetStatus", kNone},  // past the row count
+      {{glb_clssdicPaperSizeTbl, 83}, "  iso_a4_210x297mm ", {4, 7}},
+      {{glb_clssdicPaperSizeTbl, 83}, "na_ledger_11x17in", {49, 4}},
+      {{glb_clssdicDuplexPrintTbl, 5}, "ON", {2, 2}},
+      {{glb_clssdicServiceTypeTbl, 10}, "print", {0, 65535}},
+      {{glb_clssdicResponseTbl, 3}, "OK,NG", {1, 65535}},
+      {{glb_clssdicResponseTbl, 3}, "OK\0NG"s, {1, 65535}},  // a zero byte ends it as well
+      {{glb_clssdicResponseTbl, 3}, "\tOK", kNone},          // only blanks are dropped
+      {{glb_clssdicResponseTbl, 3}, ",OK", kNone},
+      {{glb_clssdicResponseTbl, 3}, " ", kNone},
+      {{glb_clssdicResponseTbl, 3}, std::string(1'000'000, ' ') + "OK", {1, 65535}},
+      {{glb_clssdicResponseTbl, 3}, std::string(1'000'000, 'O'), kNone},
+  };
+  for (const auto& [dictionary, text, found] : cases) {
+    EXPECT_EQ(look_up(dictionary, text), found) << text.substr(0, 40);
+  }
+}
+
+TEST(GetVasloID, FindsKeywordsOfAnyLengthInOtherDictionaries) {
+  const std::string longWord(300, 'k'), edge(128, 'k');
+  const ClssDicRow rows[] = {{"", 5}, {edge.c_str(), 6}, {longWord.c_str(), 7}};
+  EXPECT_EQ(look_up({rows, 1}, ","), (Found{0, 5}));
+  EXPECT_EQ(look_up({rows, 3}, spread(edge)), (Found{1, 6}));
+  for (const std::string& text : {longWord, spread(longWord)}) {
+    EXPECT_EQ(look_up({rows + 2, 1}, text), (Found{0, 7}));
+    EXPECT_EQ(look_up({rows + 2, 1}, "k" + text), kNone);
+    EXPECT_EQ(look_up({rows + 2, 1}, text.substr(1)), kNone);
+  }
+}
+
+std::uint32_t number_of(const std::string& text) {
+  const ExactBlock block(text);
+  std::uint32_t value = 1234;
+  EXPECT_EQ(GetValue(block.data(), block.size(), &value), 0) << text;
+  return value;
+}
+
+TEST(GetValue, ReadsAsTheConversionOfAWorkingCopyDoes) {
+  const std::string texts[] = {"4 0",
+                               "abc",
+                               "0",
+                               "-7",
+                               " - 7",
+                               "+12,3",
+                               "2147483647",
+                               "2147483648",
+                               "-2147483648",
+                               "-2147483649",
+                               "99999999999999999999",
+                               "\t\r\n5",
+                               "5\t6",
+                               "--5",
+                               "",
+                               ",5",
+                               "1\0"
+                               "2"s,
+                               "0x10",
+                               "007",
+                               " ",
+                               "\0"
+                               "5"s,
+                               "-",
+                               "+ +1"};
+  for (const std::string& text : texts) {
+    if (text.empty()) continue;
+    const ExactBlock block(text);
+    char* copy = CopyValueText(block.data(), block.size());
+    ASSERT_NE(copy, nullptr);
+    const auto expected = static_cast<std::uint32_t>(
+        KWVSStringTo4s(copy, block.size() + 1, nullptr, KWVS_READ_DECIMAL));
+    KWVSDisposePTRX(copy);
+    EXPECT_EQ(number_of(text), expected) << text;
+  }
+  EXPECT_EQ(number_of("4 0"), 40u);
+  EXPECT_EQ(number_of("abc"), 0x80000000u);
+  EXPECT_EQ(number_of("-7"), 0xFFFFFFF9u);
+  EXPECT_EQ(number_of(std::string(100'000, '0') + "9 , 1"), 9u);
+}
+
+TEST(SetStringValue, FitsAtEveryCapacity) {
+  const ExactBlock text("a b c, d"s);
+  for (int size = -1; size <= 5; ++size) {
+    char out[] = "######";
+    EXPECT_EQ(SetStringValue(text.data(), text.size(), out, size), size >= 4 ? 1 : 0) << size;
+    EXPECT_EQ(std::string(out, 6), size >= 4 ? "abc\0##"s : "######"s) << size;
+  }
+}
+
+TEST(CheckJobID, ComparesEightDigits) {
+  const struct {
+    const char* expected;
+    std::string text;
+    int status;
+  } cases[] = {
+      {"00000012", "00000012", 0},
+      {"00000013", "00000012", 1},
+      {"12", "00000012", 1},
+      {"000000121", "00000012", 1},
+      {nullptr, "00000012", 0},
+      {nullptr, "0000 0012,x", 0},
+      {"0000001A", "0000001A", -2},
+      {nullptr, "123", -2},
+      {nullptr, "000000123", -2},
+      {nullptr,
+       "0000\0"
+       "0012"s,
+       -2},
+      {nullptr, ",00000012", -2},
+  };
+  for (const auto& [expected, text, status] : cases) {
+    const ExactBlock block(text);
+    EXPECT_EQ(CheckJobID(expected, block.data(), block.size()), status) << text;
+  }
+}
+
+TEST(GetIdOrValue, ReadsByDictionaryOrAsANumber) {
+  std::uint32_t value = 0;
+  std::uint16_t code = 0;
+  EXPECT_EQ(GetIdOrValue(glb_clssdicColormodeTbl, 5, "monochrome", 10, &value, &code), 0);
+  EXPECT_EQ(value, 2u);
+  EXPECT_EQ(code, 2);
+  EXPECT_EQ(GetIdOrValue(glb_clssdicColormodeTbl, 5, "sepia", 5, &value, &code), 0);
+  EXPECT_EQ(value, 65535u);
+  EXPECT_EQ(code, 65535);
+  EXPECT_EQ(GetIdOrValue(nullptr, 0, "70000", 5, &value, &code), 0);
+  EXPECT_EQ(value, 70000u);
+  EXPECT_EQ(code, 65535);
+}
+
+TEST(Values, RefuseBadArguments) {
+  std::uint16_t index = 0;
+  std::uint32_t value = 0;
+  char out[4];
+  const ClssDicRow* rows = glb_clssdicResponseTbl;
+  EXPECT_EQ(GetVasloID(nullptr, 3, "OK", 2, &index, &index), -2);
+  EXPECT_EQ(GetVasloID(rows, 0, "OK", 2, &index, &index), -2);
+  EXPECT_EQ(GetVasloID(rows, 3, nullptr, 2, &index, &index), -2);
+  EXPECT_EQ(GetVasloID(rows, 3, "OK", 0, &index, &index), -2);
+  EXPECT_EQ(GetVasloID(rows, 3, "OK", 2, nullptr, &index), -2);
+  EXPECT_EQ(GetVasloID(rows, 3, "OK", 2, &index, nullptr), -2);
+  EXPECT_EQ(GetValue(nullptr, 1, &value), -2);
+  EXPECT_EQ(GetValue("1", 0, &value), -2);
+  EXPECT_EQ(GetValue("1", 1, nullptr), -2);
+  EXPECT_EQ(SetStringValue(nullptr, 1, out, 4), 0);
+  EXPECT_EQ(SetStringValue("a", 0, out, 4), 0);
+  EXPECT_EQ(SetStringValue("a", 1, nullptr, 4), 0);
+  EXPECT_EQ(CheckJobID(nullptr, nullptr, 8), -2);
+  EXPECT_EQ(CheckJobID(nullptr, "00000012", 0), -2);
+  EXPECT_EQ(GetIdOrValue(rows, 0, "OK", 2, &value, &index), -2);
+  EXPECT_EQ(GetIdOrValue(rows, 3, "OK", 2, nullptr, &index), -2);
+  EXPECT_EQ(GetIdOrValue(nullptr, 0, "1", 0, &value, &index), -4);
+}
+
+TEST(CopyValueText, CopiesUpToTheFirstComma) {
+  EXPECT_EQ(CopyValueText(nullptr, 1), nullptr);
+  EXPECT_EQ(CopyValueText("a", 0), nullptr);
+  EXPECT_EQ(CopyValueText("a", ~std::uint64_t{0}), nullptr);
+  pxcl_test::fails_cleanly_at_every_allocation([](bool failing) {
+    const ExactBlock text("  ON\t ,x"s);
+    char* copy = CopyValueText(text.data(), text.size());
+    if (failing) {
+      EXPECT_EQ(copy, nullptr);
+    } else {
+      EXPECT_STREQ(copy, "ON\t");
+    }
+    KWVSDisposePTRX(copy);
+  });
+}
+
+}  // namespace
