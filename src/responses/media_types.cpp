@@ -1,0 +1,257 @@
+// SPDX-FileCopyrightText: 2026 The pxcl developers
+// SPDX-License-Identifier: Apache-2.0
+
+// The media types that a capability reply lists, with what can be printed on them, and the map of
+// two-sided panel media.
+
+#include <iterator>
+
+#include "responses/capability.hpp"
+
+constexpr std::uint16_t glb_supportedPaperTypeTbl[] = {
+    1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15, 16, 17, 18, 25, 26, 27, 28, 29,
+};
+
+namespace pxcl::responses {
+namespace {
+
+namespace path = keyed::path;
+
+constexpr u16 kRecordVersion = 3;
+constexpr u16 kUnsupported = 1;
+constexpr u16 kSupported = 2;
+constexpr std::size_t kMostKeywords = 4;  // of one element
+
+// The elements of a type, and the keywords that they list.
+constexpr path::ItemPaths kElements[] = {
+    path::kBorderlessPrint,
+    path::kPrintColorMode,
+    path::kDuplexPrint,
+};
+constexpr Dictionary kElementDictionaries[] = {
+    {glb_clssdicBorderlessTbl, &CLSS_DICNUM_BORDERLESS},
+    {glb_clssdicColormodeTbl, &CLSS_DICNUM_COLORMODE},
+    {glb_clssdicDuplexPrintTbl, &CLSS_DICNUM_DUPLEXPRINT},
+};
+enum Element : std::size_t { kBorderless, kColorModes, kDuplexModes, kElementCount };
+static_assert(std::size(kElements) == kElementCount);
+static_assert(std::size(kElementDictionaries) == kElementCount);
+
+constexpr Dictionary kTypes = {glb_clssdicPaperTypeTbl, &CLSS_DICNUM_PAPERTYPE};
+constexpr Dictionary kStapleSides = {glb_clssdicStapleSideTbl, &CLSS_DICNUM_STAPLESIDE};
+constexpr KeywordElements kTypeElements = {kElements, kTypes};
+
+constexpr u64 kTypesAt = kCheckKeys;
+constexpr u64 kStapleSidesAt = kTypesAt + kNameSpaceCount;
+constexpr u64 kListKeys = kStapleSidesAt + kNameSpaceCount;
+
+void ask_for_types(std::span<Query> keys) {
+  keyed::set_check_keys(keys.first<kCheckKeys>(), 0);
+  ask_for_item(keys.subspan<kTypesAt, kNameSpaceCount>(), path::kPaperTypes, 1);
+  ask_for_item(keys.subspan<kStapleSidesAt, kNameSpaceCount>(), path::kStapleSides, 2);
+}
+
+// What the reply says of all types.
+struct Lists {
+  Entries types;
+  Entries stapleSides;
+};
+
+i32 read_lists(std::string_view document, std::span<const Query> keys, Lists& lists) {
+  i32 status = check_reply(document, keys.first<kCheckKeys>());
+  if (status != kOk) return status;
+  status = read_item(document, keys.subspan<kTypesAt, kNameSpaceCount>(), kTypes, lists.types);
+  if (status != kOk) return status;
+  status = read_item(document, keys.subspan<kStapleSidesAt, kNameSpaceCount>(), kStapleSides,
+                     lists.stapleSides);
+  return status == kOk && lists.types.count == 0 ? kNothingListed : status;
+}
+
+// The keywords of one element, the known ones first and ordered by code.
+struct Keywords {
+  ItemEntry entries[kMostKeywords] = {};
+  std::size_t count = 0;
+
+  std::span<const ItemEntry> all() const { return {entries, count}; }
+};
+
+i32 read_keywords(std::string_view text, const Dictionary& dictionary, Keywords& keywords) {
+  ItemSet item = {};
+  item.dictionary = dictionary.rows;
+  item.rowCount = *dictionary.rowCount;
+  keywords.count = *dictionary.rowCount - 1u;
+  return keyed::decode_into(text, item, 0, std::span(keywords.entries).first(keywords.count));
+}
+
+// Fields of a record that are filled one after the other; what is too much is dropped.
+class Fields {
+ public:
+  explicit Fields(std::span<u16> fields) : fields_(fields) {
+    for (u16& field : fields_) field = kUnknownIndex;
+  }
+  void append(u32 value) {
+    if (used_ < fields_.size()) fields_[used_++] = static_cast<u16>(value);
+  }
+
+ private:
+  std::span<u16> fields_;
+  std::size_t used_ = 0;
+};
+
+void store_borderless(const Keywords& keywords, ClssMediaType& record) {
+  record.borderlessOff = record.borderlessOn = kUnsupported;
+  for (const ItemEntry& keyword : keywords.all()) {
+    if (keyword.value == keyed::kBorderlessOff) record.borderlessOff = kSupported;
+    if (keyword.value == keyed::kBorderlessOn) record.borderlessOn = kSupported;
+  }
+}
+
+void store_color_modes(const Keywords& keywords, ClssMediaType& record) {
+  Fields fields(record.colorModes);
+  for (const ItemEntry& keyword : keywords.all()) {
+    if (keyword.value != kUnknownIndex) fields.append(keyword.value);
+  }
+}
+
+// "ON" alone does not say along which edge: the dictionary's rows 3 and 4 do, one a staple side.
+void store_duplex_modes(const Keywords& keywords, const Entries& stapleSides,
+                        ClssMediaType& record) {
+  constexpr u32 kSideToMode = keyed::kDuplexLongSide - keyed::kStapleLongSide;
+  Fields fields(record.duplexModes);
+  for (const ItemEntry& keyword : keywords.all()) {
+    if (keyword.value == kUnknownIndex) continue;
+    if (keyword.value != keyed::kDuplexOn || stapleSides.count == 0) fields.append(keyword.value);
+    if (keyword.value != keyed::kDuplexOn) continue;
+    for (const ItemEntry& side : stapleSides.all()) fields.append(side.value + kSideToMode);
+  }
+}
+
+i32 decode_type(const ItemEntry& type, const ElementTexts& texts, const Entries& stapleSides,
+                ClssMediaType& record) {
+  if (record.version != kRecordVersion) return kBadRecord;
+  Keywords keywords[kElementCount];
+  for (std::size_t i = 0; i < kElementCount; ++i) {
+    const i32 status = read_keywords(texts[i], kElementDictionaries[i], keywords[i]);
+    if (status != kOk) return status;
+  }
+  record.paperType = static_cast<u16>(type.value);
+  record.nameSpace = type.nameSpace;
+  store_borderless(keywords[kBorderless], record);
+  store_color_modes(keywords[kColorModes], record);
+  store_duplex_modes(keywords[kDuplexModes], stapleSides, record);
+  return kOk;
+}
+
+i32 parse_type(std::string_view document, i32& index, ClssMediaType* record) {
+  Query keys[kListKeys];
+  ask_for_types(keys);
+  i32 status = keyed::ask(document, keys);
+  Lists lists;
+  if (status == kOk) status = read_lists(document, keys, lists);
+  if (status != kOk) return status;
+  if (index == kCountQuery) {
+    index = static_cast<i32>(lists.types.count);
+    return kOk;
+  }
+  if (record == nullptr || static_cast<u32>(index) >= lists.types.count) return kBadArgument;
+  const ItemEntry& type = lists.types.block[static_cast<u32>(index)];
+  ElementTexts texts;
+  status = ask_for_keyword(document, kTypeElements, type, texts);
+  return status == kOk ? decode_type(type, texts, lists.stapleSides, *record) : status;
+}
+
+i32 parse_all_types(std::string_view document, ClssMediaType* records, i32& count) {
+  WholeRequest request;
+  if (!request.allocate(kListKeys, kTypeElements)) return kNoMemory;
+  ask_for_types(request.list_keys());
+  i32 status = request.ask(document);
+  Lists lists;
+  if (status == kOk) status = read_lists(document, request.list_keys(), lists);
+  if (status == kNothingListed) count = 0;
+  if (status != kOk) return status;
+  return fill_records(lists.types.all(), records, count,
+                      [&](const ItemEntry& type, ClssMediaType& record) {
+                        ElementTexts texts;
+                        request.texts_of(document, type, texts);
+                        return decode_type(type, texts, lists.stapleSides, record);
+                      });
+}
+
+// --- The map of two-sided panel media
+// ---------------------------------------------------------------
+
+constexpr u16 kMapVersion = 0;
+
+constexpr char kMapElement[] = "mediamap papertype";
+constexpr const char* kMapSides[] = {path::kPrintItemFront, path::kPrintItemBack};
+enum Side : std::size_t { kFront, kBack, kSideCount };
+static_assert(std::size(kMapSides) == kSideCount);
+
+// A map is reported only when both sides are known. Callers rely on this as it stands.
+void keep_whole_map(ClssMediaMap& map) {
+  if (map.frontType != kUnknownIndex && map.backType == kUnknownIndex) {
+    map.frontType = kUnknownIndex;
+  } else if (map.frontType == kUnknownIndex && map.backType != map.frontType) {
+    map.backType = kUnknownIndex;
+  }
+}
+
+i32 parse_map(std::string_view document, u16 panelMedia, ClssMediaMap& map) {
+  map.frontType = map.backType = map.frontTag = kUnknownIndex;
+  ItemSet sides[kSideCount] = {};
+  for (std::size_t i = 0; i < kSideCount; ++i) {
+    sides[i].pathTemplate = kMapSides[i];
+    sides[i].itemName = kMapElement;
+    sides[i].dictionary = glb_clssdicPaperTypeTbl;
+    sides[i].rowCount = CLSS_DICNUM_PAPERTYPE;
+  }
+  const i32 status =
+      keyed::read_item_sets_by_attribute(document, sides, glb_clssdicPanelMedia[panelMedia].keyword,
+                                         keyed::kNameSpaceVendor, keyed::kListMode);
+  if (status != kOk) return status;
+  map.frontType = static_cast<u16>(sides[kFront].entries->value);
+  map.frontTag = sides[kFront].entries->nameSpace;
+  map.backType = static_cast<u16>(sides[kBack].entries->value);
+  map.backTag = sides[kBack].entries->nameSpace;
+  keep_whole_map(map);
+  ReleaseItemSetList(sides, kSideCount);
+  return kOk;
+}
+
+}  // namespace
+}  // namespace pxcl::responses
+
+using namespace pxcl;
+using namespace pxcl::responses;
+
+const uint16_t* CLSS_GetParsePossibleMedia(void) {
+  return glb_supportedPaperTypeTbl;
+}
+
+int32_t CLSS_GetParsePossibleMediaNum(void) {
+  return std::size(glb_supportedPaperTypeTbl);
+}
+
+int32_t CLSS_ParseCapabilityResponsePrint_MediaType(const char* document, uint64_t length,
+                                                    int32_t* index, ClssMediaType* record) {
+  if (document == nullptr || length == 0 || !is_index(index)) return kBadArgument;
+  return parse_type({document, length}, *index, record);
+}
+
+int32_t PXCL_ParseCapabilityResponsePrint_MediaTypes(const char* document, uint64_t length,
+                                                     ClssMediaType* records, int32_t* count) {
+  if (document == nullptr || length == 0 || count == nullptr) return kBadArgument;
+  if (records == nullptr || *count < 1)
+    return count_entries({document, length}, parse_type, *count);
+  return parse_all_types({document, length}, records, *count);
+}
+
+int32_t CLSS_ParseCapabilityResponsePrint_MediaMap(const char* document, uint64_t length,
+                                                   uint16_t panelMediaIndex, ClssMediaMap* record) {
+  if (document == nullptr || length == 0 || record == nullptr ||
+      panelMediaIndex >= CLSS_DICNUM_PANEL_PAPERTYPE) {
+    return kBadArgument;
+  }
+  if (record->version != kMapVersion) return kBadRecord;
+  return parse_map({document, length}, panelMediaIndex, *record);
+}

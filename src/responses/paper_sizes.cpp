@@ -1,0 +1,161 @@
+// SPDX-FileCopyrightText: 2026 The pxcl developers
+// SPDX-License-Identifier: Apache-2.0
+
+// The paper sizes that a capability reply lists, with their printable areas and margins.
+
+#include <cstddef>
+#include <cstring>
+#include <iterator>
+
+#include "responses/capability.hpp"
+
+// Every row of the dictionary but 30, also the unused ones: drivers count on the positions.
+constexpr std::uint16_t glb_supportedPaperSizeTbl[] = {
+    1,  2,  3,  4,  5,  6,  7,  8,  9,  10, 11, 12, 13, 14, 15, 16, 17, 18, 19, 20, 21,
+    22, 23, 24, 25, 26, 27, 28, 29, 31, 32, 33, 34, 35, 36, 37, 38, 39, 40, 41, 42, 43,
+    44, 45, 46, 47, 48, 49, 50, 51, 52, 53, 54, 55, 56, 57, 58, 59, 60, 61, 62, 63, 64,
+    65, 66, 67, 68, 69, 70, 71, 72, 73, 74, 75, 76, 77, 78, 79, 80, 81, 82,
+};
+
+namespace pxcl::responses {
+namespace {
+
+namespace path = keyed::path;
+
+constexpr u16 kRecordVersion = 3;
+constexpr std::size_t kMostNumbers = 4;
+
+// The elements of a size, and the members that their numbers fill.
+constexpr path::ItemPaths kElements[] = {
+    path::kPrintAreaBorder, path::kPrintAreaBorderless, path::kPrintAreaDuplex,
+    path::kMarginBorder,    path::kMarginBorderless,    path::kMarginDuplex,
+};
+struct Numbers {
+  std::size_t offset;
+  std::size_t count;
+};
+#define PXCL_NUMBERS(member) \
+  { offsetof(ClssPaperSize, member), sizeof(ClssPaperSize::member) / sizeof(u32) }
+constexpr Numbers kNumbers[] = {
+    PXCL_NUMBERS(printAreaBorder), PXCL_NUMBERS(printAreaBorderless), PXCL_NUMBERS(printAreaDuplex),
+    PXCL_NUMBERS(marginBorder),    PXCL_NUMBERS(marginBorderless),    PXCL_NUMBERS(marginDuplex),
+};
+static_assert(std::size(kElements) == std::size(kNumbers));
+static_assert(std::size(kElements) <= kMostElements);
+
+constexpr Dictionary kSizes = {glb_clssdicPaperSizeTbl, &CLSS_DICNUM_PAPERSIZE};
+constexpr KeywordElements kSizeElements = {kElements, kSizes};
+
+constexpr u64 kListKeys = kCheckKeys + kNameSpaceCount;
+
+void ask_for_sizes(std::span<Query> keys) {
+  keyed::set_check_keys(keys.first<kCheckKeys>(), 0);
+  ask_for_item(keys.subspan<kCheckKeys, kNameSpaceCount>(), path::kPaperSizes, 1);
+}
+
+i32 read_sizes(std::string_view document, std::span<const Query> keys, Entries& sizes) {
+  i32 status = check_reply(document, keys.first<kCheckKeys>());
+  if (status != kOk) return status;
+  status = read_item(document, keys.subspan<kCheckKeys, kNameSpaceCount>(), kSizes, sizes);
+  return status == kOk && sizes.count == 0 ? kNothingListed : status;
+}
+
+// The numbers of one element. An absent or empty one reads as zeros, so that a size without
+// borderless or duplex print stays usable.
+struct Area {
+  u32 numbers[kMostNumbers] = {};
+  std::size_t count = 0;
+};
+
+i32 read_area(std::string_view text, std::size_t wanted, Area& area) {
+  if (text.empty()) area.count = wanted;
+  while (!text.empty()) {
+    const std::size_t comma = text.find(',');
+    const std::string_view run = comma == text.npos ? text : slice(text, 0, comma);
+    text = comma == text.npos ? std::string_view() : from(text, comma + 1);
+    if (run.empty()) continue;
+    if (area.count == wanted) return kTooManyValues;
+    area.numbers[area.count++] = keyed::read_number(run);
+  }
+  return kOk;
+}
+
+i32 decode_size(const ItemEntry& size, const ElementTexts& texts, ClssPaperSize& record) {
+  if (record.version != kRecordVersion) return kBadRecord;
+  Area areas[std::size(kNumbers)];
+  for (std::size_t i = 0; i < std::size(kNumbers); ++i) {
+    const i32 status = read_area(texts[i], kNumbers[i].count, areas[i]);
+    if (status != kOk) return status;
+  }
+  record.paperSize = static_cast<u16>(size.value);
+  record.sizeItemTag = size.nameSpace;
+  for (std::size_t i = 0; i < std::size(kNumbers); ++i) {
+    if (areas[i].count != kNumbers[i].count) return kTooFewValues;
+    std::memcpy(reinterpret_cast<char*>(&record) + kNumbers[i].offset, areas[i].numbers,
+                areas[i].count * sizeof(u32));
+  }
+  return kOk;
+}
+
+i32 parse_size(std::string_view document, i32& index, ClssPaperSize* record) {
+  Query keys[kListKeys];
+  ask_for_sizes(keys);
+  i32 status = keyed::ask(document, keys);
+  Entries sizes;
+  if (status == kOk) status = read_sizes(document, keys, sizes);
+  if (status != kOk) return status;
+  if (index == kCountQuery) {
+    index = static_cast<i32>(sizes.count);
+    return kOk;
+  }
+  if (record == nullptr || static_cast<u32>(index) >= sizes.count) return kBadArgument;
+  const ItemEntry& size = sizes.block[static_cast<u32>(index)];
+  ElementTexts texts;
+  status = ask_for_keyword(document, kSizeElements, size, texts);
+  return status == kOk ? decode_size(size, texts, *record) : status;
+}
+
+i32 parse_all_sizes(std::string_view document, ClssPaperSize* records, i32& count) {
+  WholeRequest request;
+  if (!request.allocate(kListKeys, kSizeElements)) return kNoMemory;
+  ask_for_sizes(request.list_keys());
+  i32 status = request.ask(document);
+  Entries sizes;
+  if (status == kOk) status = read_sizes(document, request.list_keys(), sizes);
+  if (status == kNothingListed) count = 0;
+  if (status != kOk) return status;
+  return fill_records(sizes.all(), records, count,
+                      [&](const ItemEntry& size, ClssPaperSize& record) {
+                        ElementTexts texts;
+                        request.texts_of(document, size, texts);
+                        return decode_size(size, texts, record);
+                      });
+}
+
+}  // namespace
+}  // namespace pxcl::responses
+
+using namespace pxcl;
+using namespace pxcl::responses;
+
+const uint16_t* CLSS_GetParsePossibleSize(void) {
+  return glb_supportedPaperSizeTbl;
+}
+
+int32_t CLSS_GetParsePossibleSizeNum(void) {
+  return std::size(glb_supportedPaperSizeTbl);
+}
+
+int32_t CLSS_ParseCapabilityResponsePrint_PaperSize(const char* document, uint64_t length,
+                                                    int32_t* index, ClssPaperSize* record) {
+  if (document == nullptr || length == 0 || !is_index(index)) return kBadArgument;
+  return parse_size({document, length}, *index, record);
+}
+
+int32_t PXCL_ParseCapabilityResponsePrint_PaperSizes(const char* document, uint64_t length,
+                                                     ClssPaperSize* records, int32_t* count) {
+  if (document == nullptr || length == 0 || count == nullptr) return kBadArgument;
+  if (records == nullptr || *count < 1)
+    return count_entries({document, length}, parse_size, *count);
+  return parse_all_sizes({document, length}, records, *count);
+}

@@ -1,0 +1,38 @@
+// SPDX-FileCopyrightText: 2026 The pxcl developers
+// SPDX-License-Identifier: Apache-2.0
+
+// How often each parser scans its document. The engine's scan is replaced by one that counts.
+
+#include <gtest/gtest.h>
+
+#include "parsers.hpp"
+#include "support.hpp"
+#include "xml/scanner.hpp"
+
+#define SCAN_NAME                                                           \
+  "_ZN4pxcl3xml12scan_indexedERNS0_5IndexESt17basic_string_viewIcSt11char_" \
+  "traitsIcEEjP19ClXmlNameSpaceEntry"
+
+pxcl::xml::ScanOutcome real_scan(pxcl::xml::Index& index, std::string_view document,
+                                 pxcl::u32 flags,
+                                 ClXmlNameSpaceEntry* table) asm("__real_" SCAN_NAME);
+pxcl::xml::ScanOutcome counted_scan(pxcl::xml::Index& index, std::string_view document,
+                                    pxcl::u32 flags,
+                                    ClXmlNameSpaceEntry* table) asm("__wrap_" SCAN_NAME);
+
+static unsigned scans = 0;
+
+pxcl::xml::ScanOutcome counted_scan(pxcl::xml::Index& index, std::string_view document,
+                                    pxcl::u32 flags, ClXmlNameSpaceEntry* table) {
+  ++scans;
+  return real_scan(index, document, flags, table);
+}
+
+TEST(Scans, EachParserScansItsReplyOnceOrTwiceForAnIndex) {
+  for (const Parser& parser : parsers()) {
+    const std::string reply = pxcl_test::read_data(std::string("replies/") + parser.reply);
+    scans = 0;
+    EXPECT_GE(parser.call(reply.data(), reply.size()), 0) << parser.name;
+    EXPECT_EQ(scans, parser.scans) << parser.name;
+  }
+}
