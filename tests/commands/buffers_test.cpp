@@ -1,0 +1,203 @@
+// SPDX-FileCopyrightText: 2026 The pxcl developers
+// SPDX-License-Identifier: Apache-2.0
+
+// What every builder does to buffer and length, whatever it builds.
+
+#include <gtest/gtest.h>
+#include <sys/mman.h>
+#include <unistd.h>
+
+#include <algorithm>
+
+#include "catalogue.hpp"
+#include "commands.h"
+#include "support.hpp"
+
+using namespace pxcl_test;
+
+namespace {
+
+constexpr char kFiller = '\x5A';
+
+std::uint64_t ask_need(const Command& command) {
+  char spare = kFiller;
+  std::uint64_t need = kUnwritten;
+  // Maintenance commands take a buffer with size 0 for the query, all others none.
+  char* const buffer = command.kind == Kind::kMaintenance ? &spare : nullptr;
+  EXPECT_EQ(command.make(buffer, 0, &need), CLSS_COMMAND_OK);
+  EXPECT_EQ(spare, kFiller);
+  return need;
+}
+
+bool clears(const Command& command) {
+  return command.kind == Kind::kFormatted || command.kind == Kind::kKeyed;
+}
+
+TEST(Buffers, AreFilledAtEveryCapacity) {
+  for (const Command& command : catalogue()) {
+    if (command.readsReply) continue;  // slow, and written by the same builder as others here
+    SCOPED_TRACE(command.file);
+    const std::string document = make(command).document;
+    const std::uint64_t need = ask_need(command);
+    EXPECT_TRUE(clears(command) || need == document.size() || command.kind == Kind::kMaintenance);
+    EXPECT_GE(need, document.size());
+    fits_at_every_capacity(
+        need,
+        [&](char* buffer, std::size_t size) {
+          std::uint64_t length = kUnwritten;
+          const std::int32_t status = command.make(buffer, size, &length);
+          const std::string_view all(buffer, size);
+          if (status != CLSS_COMMAND_OK) {
+            EXPECT_EQ(length, need);
+            EXPECT_EQ(all.find_first_not_of(kFiller), all.npos) << "touched";
+            return status;
+          }
+          EXPECT_EQ(length, document.size());
+          EXPECT_TRUE(all.starts_with(document));
+          const char after = clears(command) ? 0 : kFiller;
+          EXPECT_EQ(all.find_first_not_of(after, document.size()), all.npos);
+          return status;
+        },
+        CLSS_COMMAND_BUFFER_TOO_SMALL);
+  }
+}
+
+TEST(Buffers, TakeLengthBufferAndSizeTogether) {
+  for (const Command& command : catalogue()) {
+    SCOPED_TRACE(command.file);
+    std::string buffer(4096, kFiller);
+    std::uint64_t length = kUnwritten;
+    EXPECT_EQ(command.make(buffer.data(), buffer.size(), nullptr), CLSS_COMMAND_BAD_ARGUMENT);
+    if (command.kind == Kind::kMaintenance) {
+      for (const std::uint64_t size : {0U, 4096U}) {
+        EXPECT_EQ(command.make(nullptr, size, &length), CLSS_COMMAND_BAD_ARGUMENT);
+      }
+    } else if (command.builder != "SetConfigurationDevice") {
+      EXPECT_EQ(command.make(buffer.data(), 0, &length), CLSS_COMMAND_BAD_ARGUMENT);
+      for (const std::uint64_t size : {1U, 4096U}) {
+        EXPECT_EQ(command.make(nullptr, size, &length), CLSS_COMMAND_BAD_ARGUMENT);
+      }
+    }
+    EXPECT_EQ(length, kUnwritten);
+    EXPECT_EQ(buffer, std::string(4096, kFiller));
+  }
+}
+
+TEST(Buffers, OfTheDeviceSettingsAreNotPaired) {
+  const auto make = [](char* buffer, std::uint64_t size, std::uint64_t* length) {
+    return CLSS_MakeCommand_SetConfigurationDevice({1, 3}, "00000042", buffer, size, length);
+  };
+  char byte = kFiller;
+  std::uint64_t need = 0, length = kUnwritten;
+  EXPECT_EQ(make(&byte, 0, &need), CLSS_COMMAND_OK);
+  EXPECT_EQ(make(nullptr, need, &length), CLSS_COMMAND_BAD_ARGUMENT);
+  EXPECT_EQ(length, kUnwritten);
+  EXPECT_EQ(make(nullptr, need - 1, &length), CLSS_COMMAND_BUFFER_TOO_SMALL);
+  EXPECT_EQ(length, need);
+}
+
+// ---- Sizes that do not fit 32 bits, signed or not ----
+
+constexpr std::uint64_t kTwo31 = std::uint64_t{1} << 31;
+constexpr std::uint64_t kTwo32 = std::uint64_t{1} << 32;
+
+// From 2^31 to 2^32 nothing is cleared, so a small buffer will do; the document is terminated
+// anyway.
+TEST(Buffers, BeyondThirtyOneBitsAreNotCleared) {
+  for (const Command& command : catalogue()) {
+    for (const std::uint64_t size : {kTwo31, kTwo32 - 1, kTwo32, ~std::uint64_t{0}}) {
+      SCOPED_TRACE(command.file + " " + std::to_string(size));
+      const std::string document = read_data("commands/" + command.file + ".xml");
+      std::string buffer(document.size() + 64, kFiller);
+      std::uint64_t length = kUnwritten;
+      EXPECT_EQ(command.make(buffer.data(), size, &length), CLSS_COMMAND_OK);
+      EXPECT_EQ(length, document.size());
+      EXPECT_TRUE(buffer.starts_with(document));
+      EXPECT_EQ(buffer[length], clears(command) ? 0 : kFiller);
+      // Of a keyed command's template, what the document does not cover is left.
+      if (command.kind == Kind::kKeyed) continue;
+      EXPECT_EQ(buffer.find_first_not_of(kFiller, length + 1), buffer.npos);
+    }
+  }
+}
+
+TEST(Buffers, BeyondThirtyTwoBitsAreClearedOverTheirLowPart) {
+  for (const Command& command : catalogue()) {
+    if (!clears(command)) continue;
+    SCOPED_TRACE(command.file);
+    const std::string document = read_data("commands/" + command.file + ".xml");
+    std::string buffer(document.size() + 64, kFiller);
+    std::uint64_t length = kUnwritten;
+    EXPECT_EQ(command.make(buffer.data(), kTwo32 + document.size() + 32, &length), CLSS_COMMAND_OK);
+    EXPECT_EQ(buffer, document + std::string(32, '\0') + std::string(32, kFiller));
+  }
+}
+
+// 2 GiB of address space on 32 MB: one small file mapped over and over, and an end of its own.
+class AliasedBuffer {
+ public:
+  AliasedBuffer() {
+    constexpr int kMine = MAP_PRIVATE | MAP_ANONYMOUS | MAP_NORESERVE;
+    start_ = static_cast<char*>(mmap(nullptr, kTwo31, PROT_READ | PROT_WRITE, kMine, -1, 0));
+    const int file = memfd_create("buffer", 0);
+    EXPECT_EQ(ftruncate(file, kWindow), 0);
+    for (std::uint64_t at = 0; at < kTwo31 - kWindow; at += kWindow) {
+      mmap(start_ + at, kWindow, PROT_READ | PROT_WRITE, MAP_SHARED | MAP_FIXED, file, 0);
+    }
+    close(file);
+    start_[kTwo31 - 2] = start_[kTwo31 - 1] = kFiller;
+  }
+  ~AliasedBuffer() { munmap(start_, kTwo31); }
+  char* data() const { return start_; }
+
+ private:
+  static constexpr off_t kWindow = off_t{16} << 20;
+  char* start_;
+};
+
+TEST(Buffers, OfThirtyOneBitsAreClearedToTheirEnd) {
+  const AliasedBuffer buffer;
+  std::uint64_t length = 0;
+  EXPECT_EQ(CLSS_MakeCommand_EndJob(0, "00000042", buffer.data(), kTwo31 - 1, &length),
+            CLSS_COMMAND_OK);
+  const std::string document = read_data("commands/EndJob_print.xml");
+  EXPECT_EQ(std::string(buffer.data(), length + 1), document + '\0');
+  EXPECT_EQ(buffer.data()[kTwo31 - 2], 0);
+  EXPECT_EQ(buffer.data()[kTwo31 - 1], kFiller);
+}
+
+// ---- Memory ----
+
+TEST(Memory, FixedCommandsTakeNone) {
+  for (const Command& command : catalogue()) {
+    if (command.kind != Kind::kFixed) continue;
+    const std::size_t before = allocation_count();
+    EXPECT_EQ(make(command).status, CLSS_COMMAND_OK);
+    EXPECT_EQ(allocation_count(), before) << command.file;
+  }
+}
+
+// All others take one block, the document's, and what decoding a reply takes.
+TEST(Memory, AnyFailureIsToldAndLeavesTheLength) {
+  for (const Command& command : catalogue()) {
+    if (command.kind == Kind::kFixed) continue;
+    SCOPED_TRACE(command.file);
+    const std::size_t before = allocation_count();
+    make(command);
+    EXPECT_TRUE(allocation_count() == before + 1 || command.readsReply);
+    fails_cleanly_at_every_allocation([&](bool failing) {
+      const Made made = make(command);
+      EXPECT_EQ(made.length == kUnwritten, failing);
+      if (!failing) {
+        EXPECT_EQ(made.status, CLSS_COMMAND_OK);
+      } else if (!command.readsReply) {
+        EXPECT_EQ(made.status, CLSS_COMMAND_NO_MEMORY);
+      } else {
+        EXPECT_TRUE(made.status == CLSS_COMMAND_NO_MEMORY ||
+                    made.status == CLSS_COMMAND_BAD_ARGUMENT);
+      }
+    });
+  }
+}
+
+}  // namespace
