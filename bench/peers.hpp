@@ -1,0 +1,180 @@
+// SPDX-FileCopyrightText: 2026 The pxcl developers
+// SPDX-License-Identifier: Apache-2.0
+
+// What the peers share: the paths, turned once into tables, so that a peer looks at each sibling
+// once and finds out by one comparison whether it is wanted. A peer that walks a tree does so with
+// walk(); one that is called back keeps a stack of steps.
+
+#pragma once
+
+#include <cstdint>
+#include <cstring>
+#include <deque>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "contender.hpp"
+
+namespace pxcl_bench {
+
+// Words and their numbers. A word is known by its length, first and last eight bytes; only what is
+// longer than sixteen is compared byte by byte.
+class Table {
+ public:
+  static constexpr std::uint32_t kNone = ~0U;
+
+  void add(std::string_view word, std::uint32_t number);
+  std::uint32_t find(std::string_view word) const {
+    const Ends ends = ends_of(word);
+    for (std::size_t slot = slot_of(ends, word.size());; slot = (slot + 1) & mask_) {
+      const Entry& entry = entries_[slot];
+      if (entry.number == kNone) return kNone;
+      if (entry.ends.head == ends.head && entry.ends.tail == ends.tail &&
+          entry.word.size() == word.size() &&
+          (word.size() <= 16 ||
+           std::memcmp(entry.word.data() + 8, word.data() + 8, word.size() - 16) == 0)) {
+        return entry.number;
+      }
+    }
+  }
+
+ private:
+  struct Ends {
+    std::uint64_t head = 0;
+    std::uint64_t tail = 0;
+  };
+  struct Entry {
+    Ends ends = {};
+    std::string_view word = {};
+    std::uint32_t number = kNone;
+  };
+
+  template <typename Word>
+  static std::uint64_t load(const char* bytes) {
+    Word word = 0;
+    std::memcpy(&word, bytes, sizeof word);
+    return word;
+  }
+  static Ends ends_of(std::string_view word) {
+    const char* end = word.data() + word.size();
+    if (word.size() >= 8) return {load<std::uint64_t>(word.data()), load<std::uint64_t>(end - 8)};
+    if (word.size() >= 4) return {load<std::uint32_t>(word.data()), load<std::uint32_t>(end - 4)};
+    Ends ends = {};
+    for (char byte : word) ends.head = ends.head << 8 | static_cast<unsigned char>(byte);
+    return ends;
+  }
+  std::size_t slot_of(const Ends& ends, std::size_t length) const {
+    constexpr std::uint64_t kOdd = 0x9E3779B97F4A7C15U;
+    const std::uint64_t mixed = (ends.head * kOdd) ^ (ends.tail + length);
+    return static_cast<std::size_t>((mixed * kOdd) >> 32) & mask_;
+  }
+
+  std::vector<Entry> entries_ = std::vector<Entry>(8);
+  std::size_t mask_ = 7;
+  std::size_t count_ = 0;
+};
+
+struct Level;
+
+// An element that some path goes through or ends in.
+struct Step {
+  static constexpr std::uint32_t kNobody = ~0U;
+  std::uint32_t text = kNobody;       // the path that wants its text
+  std::uint32_t attribute = kNobody;  // the path that wants its attribute's value
+  Level* below = nullptr;             // null when no path goes further
+};
+
+// All paths through elements of one name: they name no attribute, one with any value, or one with
+// one of several values.
+struct Name {
+  std::string attribute;
+  Table values;
+  std::vector<Step*> steps;  // one for each value
+  Step* any = nullptr;
+};
+
+struct Level {
+  Table table;
+  std::vector<Name*> names;
+};
+
+class Plan {
+ public:
+  explicit Plan(const std::vector<std::string>& paths);
+  const Level& root() const { return *root_; }
+
+ private:
+  Step* enter(Level& level, std::string_view element);
+  Step* new_step() { return &steps_.emplace_back(); }
+  Level* new_level() { return &levels_.emplace_back(); }
+
+  std::deque<std::string> words_;
+  std::deque<Step> steps_;
+  std::deque<Name> names_;
+  std::deque<Level> levels_;
+  Level* root_;
+};
+
+// The step for an element, null when nobody wants it. `attribute_of` answers with a null view when
+// the element lacks the attribute; the value that was looked at is left in `value`.
+template <typename AttributeOf>
+const Step* step_for(const Level& level, std::string_view name, const AttributeOf& attribute_of,
+                     std::string_view& value) {
+  const std::uint32_t index = level.table.find(name);
+  if (index == Table::kNone) return nullptr;
+  const Name& known = *level.names[index];
+  if (known.attribute.empty()) return known.any;
+  value = attribute_of(known.attribute);
+  if (!value.data()) return nullptr;
+  if (known.any) return known.any;
+  const std::uint32_t step = known.values.find(value);
+  return step == Table::kNone ? nullptr : known.steps[step];
+}
+
+// A contender that finds values as pointer and length, and writes a new document around them.
+class Peer : public Contender {
+ public:
+  explicit Peer(const Question& question);
+  void run() final;
+  std::vector<std::string> results() const final;
+
+ protected:
+  // Calls store() for what it finds; values stay where they are until the next call.
+  virtual void find() = 0;
+  // The buffer whose bytes are at the offsets of the document's, when values point there.
+  virtual const char* base() const = 0;
+
+  void store(std::uint32_t path, std::string_view value) {
+    if (question_.job == Job::kEvery) {
+      found_.push_back(value);
+    } else if (!found_[path].data()) {
+      found_[path] = value;
+    }
+  }
+  template <typename Dom>
+  void walk(typename Dom::Node parent, const Level& level) {
+    for (typename Dom::Node node = Dom::first(parent); node; node = Dom::next(node)) {
+      std::string_view value;
+      const Step* step = step_for(
+          level, Dom::name(node),
+          [&](const std::string& attribute) { return Dom::attribute(node, attribute); }, value);
+      if (!step) continue;
+      if (step->attribute != Step::kNobody) store(step->attribute, value);
+      if (step->text != Step::kNobody) store(step->text, Dom::text(node));
+      if (step->below) walk<Dom>(node, *step->below);
+    }
+  }
+
+  const Question& question_;
+  const Plan plan_;
+
+ private:
+  void splice();
+
+  std::vector<std::string_view> found_;
+  std::string output_;
+  std::size_t written_ = 0;
+};
+
+}  // namespace pxcl_bench
