@@ -114,11 +114,10 @@ extern "C" {
 
 int32_t ClXmlAddPath(ClXmlParserData* data, const char* separator, const char* name,
                      uint64_t length) {
-  if (data == nullptr || separator == nullptr || name == nullptr || length == 0) {
-    return kBadArgument;
-  }
+  if (data == nullptr || name == nullptr || length == 0) return kBadArgument;
   const std::string_view text(name, length);
   if (data->currentPath == nullptr) return start_path(*data, text);
+  if (separator == nullptr) return kBadArgument;
   const ClXmlNameSpaceEntry* row = row_of(*data, text);
   if (row == nullptr) return set_path(*data, {current_path(*data), separator, text});
   return set_path(*data, {current_path(*data), separator, row->prefix, behind_prefix(text)});
