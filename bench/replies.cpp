@@ -35,8 +35,7 @@ using pxcl_bench::Table;
   std::exit(1);
 }
 
-// --- What a peer finds: the values at the paths, in the order of the document
-// ---------------------
+// --- What a peer finds: the values at the paths, in the order of the document --------------------
 
 struct Value {
   std::uint32_t path;
@@ -243,8 +242,7 @@ class LibXml2 final : public Events {
   std::string name_;
 };
 
-// --- What a peer makes of its values
-// ---------------------------------------------------------------
+// --- What a peer makes of its values -------------------------------------------------------------
 
 constexpr std::uint16_t kUnknown = 65535;
 
@@ -334,8 +332,7 @@ struct Listed {
   }
 };
 
-// --- The jobs
-// ---------------------------------------------------------------------------------------
+// --- The jobs ------------------------------------------------------------------------------------
 
 const std::string kContents = "cmd/zirk:contents/";
 const std::string kPrint = kContents + "zirk:param_set servicetype=\"print\"/";
@@ -684,8 +681,7 @@ void their_types(const Values& values, Result& result) {
   }
 }
 
-// --- The runs
-// -----------------------------------------------------------------------------------------
+// --- The runs ------------------------------------------------------------------------------------
 
 std::string start_job_reply() {
   return "<?xml version=\"1.0\" encoding=\"utf-8\" ?><cmd"

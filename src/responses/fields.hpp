@@ -55,7 +55,7 @@ inline std::span<const ClXmlValueRange> ranges_of(const Query& list) {
   return {list.ranges.get(), list.ranges ? list.rangeCount : 0u};
 }
 
-// --- What a reply answers ---------------------------------------------------------------------
+// --- What a reply answers ------------------------------------------------------------------------
 
 // Operation and service blocks: the keys that come first in every request.
 inline constexpr std::size_t kOperationKeys = 1 + keyed::path::kServices;

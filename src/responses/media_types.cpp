@@ -177,8 +177,7 @@ i32 parse_all_types(std::string_view document, ClssMediaType* records, i32& coun
                       });
 }
 
-// --- The map of two-sided panel media
-// ---------------------------------------------------------------
+// --- The map of two-sided panel media ------------------------------------------------------------
 
 constexpr u16 kMapVersion = 0;
 

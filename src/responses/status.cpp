@@ -49,7 +49,7 @@ i32 store(const Member& member, std::string_view document, const Query& key, voi
   return kOk;
 }
 
-// --- The status block ---------------------------------------------------------------------------
+// --- The status block ----------------------------------------------------------------------------
 
 constexpr Dictionary kStatuses = {glb_clssdicStatusTbl, &CLSS_DICNUM_STATUS};
 constexpr Dictionary kStatusDetails = {glb_clssdicStatusDetailTbl, &CLSS_DICNUM_STATUSDETAIL};
@@ -185,8 +185,7 @@ i32 check_status_details(const Query& items, const Query& errorCodes) {
   return itemCount == codeCount ? kOk : kUnevenLists;
 }
 
-// --- The block of one job
-// --------------------------------------------------------------------------
+// --- The block of one job ------------------------------------------------------------------------
 
 constexpr Dictionary kStates = {glb_clssdicStateTbl, &CLSS_DICNUM_STATE};
 
@@ -316,8 +315,7 @@ i32 parse_print_job(std::string_view document, std::string_view jobID, ClssStatu
   return status == kOk ? read_job(document, job, jobID, record) : status;
 }
 
-// --- What the wrappers hand out
-// ----------------------------------------------------------------------
+// --- What the wrappers hand out ------------------------------------------------------------------
 
 // Texts go without terminator: the caller has cleared its buffers.
 void copy_out(const ClssStatusCommon& common, u32& status, u32& statusDetail, char* supportCode,

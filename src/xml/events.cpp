@@ -8,8 +8,7 @@
 namespace pxcl::xml {
 namespace {
 
-// --- Recording
-// --------------------------------------------------------------------------------------
+// --- Recording -----------------------------------------------------------------------------------
 
 template <typename Record>
 bool append(Target& target, const Record& record) {
@@ -49,8 +48,7 @@ bool record(Scan& scan, u32 number, u32 offset, u32 length, i32 status) {
 
 namespace {
 
-// --- Which targets ask for the current element's text
-// -----------------------------------------------
+// --- Which targets ask for the current element's text --------------------------------------------
 
 template <typename Visit>
 bool visit_list(const Scan& scan, u32 first, const Visit& visit) {

@@ -111,8 +111,7 @@ bool start_index(Index& index, u64 targetCount);
 // Appends a target; false when memory is short.
 bool add_target(Index& index, const TargetPath& path, Collect collect, u32 group);
 
-// --- Look-up keys
-// -----------------------------------------------------------------------------------
+// --- Look-up keys --------------------------------------------------------------------------------
 
 inline u64 load_bytes(const char* bytes, u32 count) {
   u64 value = 0;

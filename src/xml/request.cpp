@@ -37,8 +37,7 @@ bool fits(std::string_view document) {
   return document.size() <= kMostBytes;
 }
 
-// --- ClXmlParse
-// -------------------------------------------------------------------------------------
+// --- ClXmlParse ----------------------------------------------------------------------------------
 
 bool is_fresh_table(const ClXmlNameSpaceEntry* table) {
   return table != nullptr && std::memcmp(table, clNsTable, sizeof clNsTable) == 0;
@@ -111,8 +110,7 @@ i32 parse_fresh(ClXmlParserData& data) {
   return outcome.status;
 }
 
-// --- Requests
-// ---------------------------------------------------------------------------------------
+// --- Requests ------------------------------------------------------------------------------------
 
 // What ClXmlInitializeParserData asks of a request. Paths after the first may be null.
 template <typename Parameter>
@@ -227,8 +225,7 @@ i32 request_lists(ClXmlRequest* request, u32 flags) {
   return outcome.status;
 }
 
-// --- The library's own requests
-// ---------------------------------------------------------------------
+// --- The library's own requests ------------------------------------------------------------------
 
 bool index_queries(Index& index, std::span<const Query> queries) {
   if (!start_index(index, queries.size())) return false;

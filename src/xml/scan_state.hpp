@@ -126,8 +126,7 @@ struct Scan {
   GrowingArray<u32, 8> firstOfGroup = {};
 };
 
-// --- Names and namespaces
-// ---------------------------------------------------------------------------
+// --- Names and namespaces ------------------------------------------------------------------------
 
 // The first row whose declared prefix begins with `prefix`, as it was at `generation`; kNone
 // without one.
@@ -188,8 +187,7 @@ inline PathName path_name(const CurrentAttribute& attribute) {
           from({attribute.name, attribute.nameLength}, attribute.rest)};
 }
 
-// --- Attributes of the tag at hand
-// ------------------------------------------------------------------
+// --- Attributes of the tag at hand ---------------------------------------------------------------
 
 inline constexpr u32 kFewAttributes = 32;  // up to here they are searched one by one
 
@@ -215,8 +213,7 @@ inline const CurrentAttribute* find_attribute(const Scan& scan, std::string_view
   return nullptr;
 }
 
-// --- Requested against current
-// ----------------------------------------------------------------------
+// --- Requested against current -------------------------------------------------------------------
 
 // Whether a value of the document answers a requested one that is not the same text: as qualified
 // names of the second vendor namespace.
@@ -234,8 +231,7 @@ inline bool value_matches(const Scan& scan, const RequestedAttribute& requested,
   return same_qualified_name(scan, wanted, inner);
 }
 
-// --- Events (events.cpp)
-// ---------------------------------------------------------------------------
+// --- Events (events.cpp) -------------------------------------------------------------------------
 
 // Whether some target asks for the text of the innermost element.
 inline bool is_asked_for(const Scan& scan) {
@@ -254,16 +250,14 @@ i32 on_attributes(Scan& scan);
 // empty-element tag.
 i32 on_element_end(Scan& scan, u32 offset, i32 status);
 
-// --- Tags (tags.cpp)
-// --------------------------------------------------------------------------------
+// --- Tags (tags.cpp) -----------------------------------------------------------------------------
 
 // "<name attributes>" or "<name attributes/>": `begin` is at "<", `end` at ">".
 i32 start_any_tag(Scan& scan, u32 begin, u32 end);
 // "</name>"
 i32 end_any_tag(Scan& scan, u32 begin, u32 end);
 
-// --- Irregular elements
-// -----------------------------------------------------------------------------
+// --- Irregular elements --------------------------------------------------------------------------
 
 // Appends a start tag's text to the path and opens the elements that it makes; kSuccess or
 // kNoMemory.

@@ -16,8 +16,7 @@ namespace {
 constexpr i32 kUnusual = 1;    // not for the fast loop
 constexpr i32 kEndOfText = 3;  // the document ended
 
-// --- The scan
-// ---------------------------------------------------------------------------------------
+// --- The scan ------------------------------------------------------------------------------------
 
 // The next "<" or ">" that was not visited yet; kNone at the end of the document.
 u32 next_mark(Scan& scan) {
@@ -118,8 +117,7 @@ i32 take_next(Scan& scan) {
   return status;
 }
 
-// --- The usual tags, taken by masks alone
-// ------------------------------------------------------------
+// --- The usual tags, taken by masks alone --------------------------------------------------------
 
 // The fast loop reads up to two lanes from a tag's name on, and a lane from a value's last byte on:
 // this far from the document's end it stops.

@@ -14,8 +14,7 @@
 namespace pxcl::xml {
 namespace {
 
-// --- Matching a regular start tag
-// -------------------------------------------------------------------
+// --- Matching a regular start tag ----------------------------------------------------------------
 
 bool probe_attributes(Scan& scan, u32 nameHash, u32 parent, const StartTag& tag) {
   const u32 children = scan.index.nodes[parent].flags;
@@ -64,8 +63,7 @@ i32 push_regular(Scan& scan, const StartTag& tag, u16 generation) {
   return match_regular(scan, tag);
 }
 
-// --- Start tags
-// -------------------------------------------------------------------------------------
+// --- Start tags ----------------------------------------------------------------------------------
 
 // What the attributes of a start tag are read against.
 struct AttributeReading {
@@ -330,8 +328,7 @@ i32 begin_tag(Scan& scan, StartTag& tag, u32 insideEnd) {
   return is_root_allowed(scan, tag.written) ? kSuccess : kWrongRoot;
 }
 
-// --- End tags
-// ---------------------------------------------------------------------------------------
+// --- End tags ------------------------------------------------------------------------------------
 
 // The innermost element as the path spells it, without its attributes.
 PathName innermost_name(const Scan& scan) {

@@ -33,8 +33,7 @@ std::span<ClXmlTarget> targets_of(const ClXmlParserData& data) {
   return {data.targets, data.targetCount};
 }
 
-// --- Matching
-// ---------------------------------------------------------------------------------------
+// --- Matching ------------------------------------------------------------------------------------
 
 bool is_in_value_namespace(const ClXmlNameSpaceEntry* row) {
   return row != nullptr && is_same_uri(row->uri, kQualifiedValueUri);
@@ -94,8 +93,7 @@ Answer match_target(const ClXmlParserData& data, const ClXmlTarget& target) {
   return match_path(data, {target.path, target.pathLength}, current_path(data));
 }
 
-// --- Recording
-// --------------------------------------------------------------------------------------
+// --- Recording -----------------------------------------------------------------------------------
 
 // A caller may free or move the matches at any time, so there is never room to spare.
 i32 append_match(ClXmlTarget& target, const ClXmlMatch& match) {

@@ -15,8 +15,7 @@
 namespace pxcl::xml {
 namespace {
 
-// --- Empty-element tags
-// -----------------------------------------------------------------------------
+// --- Empty-element tags --------------------------------------------------------------------------
 
 struct EmptyTag {
   u64 nameOffset = 0;
@@ -59,8 +58,7 @@ EmptyTag find_empty_tag(const char* buffer, const ClXmlParameter& parameter) {
   return find_empty_tag(buffer, kUnknownLength, parameter.newValueOffset);
 }
 
-// --- What becomes of each record
-// --------------------------------------------------------------------
+// --- What becomes of each record -----------------------------------------------------------------
 
 bool is_empty(const ClXmlParameter& parameter) {
   return parameter.status == kEmptyElement || parameter.status == kEmptyTag;
@@ -176,8 +174,7 @@ i32 plan(const Job& job, u64& needed) {
   return kSuccess;
 }
 
-// --- Writing
-// ----------------------------------------------------------------------------------------
+// --- Writing -------------------------------------------------------------------------------------
 
 char* append(char* end, std::string_view text) {
   if (!text.empty()) std::memcpy(end, text.data(), text.size());
@@ -204,8 +201,7 @@ void write_document(const Job& job) {
   append(end, from(job.document, done));
 }
 
-// --- Reporting
-// --------------------------------------------------------------------------------------
+// --- Reporting -----------------------------------------------------------------------------------
 
 // Callers tell their records apart by the path pointer: those that share one all get what became of
 // the one that lies furthest back in the document.

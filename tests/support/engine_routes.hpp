@@ -96,8 +96,7 @@ struct Request {
   ClXmlRequest record = {};
 };
 
-// --- What came out, as text
-// -------------------------------------------------------------------------
+// --- What came out, as text ----------------------------------------------------------------------
 
 inline std::string describe(const ClXmlParserData& data, std::int32_t result) {
   std::ostringstream out;
@@ -148,8 +147,7 @@ inline std::string describe(const Request<ClXmlListParameter>& request, std::int
   return out.str();
 }
 
-// --- The routes
-// -------------------------------------------------------------------------------------
+// --- The routes ----------------------------------------------------------------------------------
 
 template <typename Parameter>
 ClXmlRequest* as_single(Request<Parameter>& request) {
