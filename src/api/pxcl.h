@@ -29,7 +29,7 @@
  *       clxml.h      -1 to -13 for a call, 1 and -9, -101 to -103 for one path
  *       keyed.h      -1 memory, -2 argument or document, -4 buffer or record, -5, -6 reply
  *       commands.h   CLSS_COMMAND_...: -1 to -4, -7, -8, -100
- *       responses.h  -2 to -16
+ *       responses.h  -1 to -16
  *       device.h     -1 to -17
  *       pxcl.h       -1
  *     Positive results carry answers: dictionary rows, counts, 1 for no and 2 for yes.
