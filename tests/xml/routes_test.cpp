@@ -188,6 +188,51 @@ void expect_agreement(std::uint32_t firstSeed, std::uint32_t count, bool zeroByt
   }
 }
 
+std::string in_document(const std::string& root, const std::string& inside) {
+  return "<?xml version=\"1.0\"?><cmd" + root + ">" + inside + "</cmd>";
+}
+
+// Past some number the index looks attributes up by hash; the first of one name still counts.
+TEST(Routes, AgreeOnManyAttributes) {
+  EngineCase one;
+  std::string tag = "<a";
+  for (int i = 0; i < 100; ++i) {
+    const std::string name = i % 3 == 0 ? "q:k" : "k";
+    tag += " " + name + std::to_string(i % 80) + "=\"v" + std::to_string(i) + "\"";
+  }
+  one.document = in_document(" xmlns:q=\"http://www.example.com/ns/cmd/2010/05/vaslo/\"",
+                             tag + ">text</a>" + tag + "/>");
+  one.paths = {"cmd/a k1",           "cmd/a ikw:k3",        "cmd/a q:k3",        "cmd/a k1 k2",
+               "cmd/a k1=\"v1\" k2", "cmd/a k1=\"v81\" k5", "cmd/a k9=\"v\" k1", "cmd/a k99"};
+  EXPECT_EQ(pxcl_test::compare_routes(one), "");
+}
+
+// More elements in the paths than their number lets the index expect.
+TEST(Routes, AgreeOnPathsOfManyElements) {
+  EngineCase one;
+  std::string inside = "text";
+  std::string path = "cmd";
+  for (int level = 0; level < 400; ++level) {
+    const std::string name = "e" + std::to_string(399 - level);
+    inside = "<" + name + ">" + inside + "</" + name + ">";
+    path += "/e" + std::to_string(level);
+    if (level % 100 == 99) one.paths.push_back(path);
+  }
+  one.document = in_document("", inside);
+  EXPECT_EQ(pxcl_test::compare_routes(one), "");
+}
+
+// Prefixes longer than a word, one the beginning of the other.
+TEST(Routes, AgreeOnLongPrefixes) {
+  EngineCase one;
+  one.document =
+      in_document(" xmlns:commonprefix=\"http://www.example.com/ns/cmd/2008/07/common/\"",
+                  "<commonprefix:a commonprefix:k=\"v\">1</commonprefix:a>"
+                  "<commonpref:a>2</commonpref:a><commonprefixes:a>3</commonprefixes:a>");
+  one.paths = {"cmd/zirk:a", "cmd/zirk:a zirk:k=\"v\"", "cmd/commonprefixes:a"};
+  EXPECT_EQ(pxcl_test::compare_routes(one), "");
+}
+
 TEST(Routes, AgreeOnRandomDocuments) {
   expect_agreement(1, 4000, false);
 }
