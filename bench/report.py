@@ -80,12 +80,44 @@ def speed_table(times, documents, instructions):
     return table(["job", "who", "ns per call", "MB/s", "of the fastest peer", "instructions"], rows)
 
 
+OURS = ("pxcl", "library")
+
+
+def job_and_who(name):
+    """Jobs that several do are named JOB/WHO."""
+    job, _, who = name.rpartition("/")
+    return (job, who) if who in (*OURS, *PEERS) else (name, "")
+
+
 def plain_table(benchmarks):
-    rows = []
+    fastest_peer = {}
     for name, row in benchmarks.items():
-        speed = row.get("bytes_per_second")
-        rows.append([name, f"{row['ns']:,.0f}", f"{speed / 1e6:,.0f}" if speed else ""])
-    return table(["what", "ns per call", "MB/s"], rows)
+        job, who = job_and_who(name)
+        if who and who not in OURS:
+            fastest_peer[job] = min(row["ns"], fastest_peer.get(job, row["ns"]))
+    rows, last = [], None
+    for name, row in benchmarks.items():
+        job, who = job_and_who(name)
+        peer = fastest_peer.get(job)
+        rows.append(["" if job == last else job, f"**{who}**" if who in OURS else who,
+                     f"{row['ns']:,.0f}", f"{row['ns'] / peer:.2f}" if peer else ""])
+        last = job
+    return table(["job", "who", "ns per call", "of the fastest peer"], rows)
+
+
+def stripped_size(library, build):
+    copy = build / "stripped.so"
+    subprocess.run(["strip", "-o", copy, library], check=True)
+    return copy.stat().st_size
+
+
+def size_table(build):
+    system = pathlib.Path("/usr/lib") / first_line(["gcc", "-print-multiarch"])
+    libraries = [build / "src/libpxcl.so.1", *(system / f"lib{name}" for name in (
+        "tinyxml2.so.9", "expat.so.1", "pugixml.so.1", "xml2.so.2"))]
+    rows = [[library.name, f"{stripped_size(library, build):,}"]
+            for library in libraries if library.exists()]
+    return table(["library", "bytes, stripped"], rows)
 
 
 def first_line(command):
@@ -124,6 +156,7 @@ def main():
     text = replace_section(text, "machine", machine_text(build))
     text = replace_section(text, "speed", speed_table(times, documents, instructions))
     text = replace_section(text, "growth", (build / "growth.md").read_text().rstrip())
+    text = replace_section(text, "size", size_table(build))
     for results in sorted(build.glob("*.json")):
         if results.stem != "engine" and f"<!-- {results.stem} -->" in text:
             text = replace_section(text, results.stem, plain_table(read_benchmarks(results)))
