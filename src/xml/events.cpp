@@ -25,10 +25,17 @@ bool append(Target& target, const Record& record) {
   return true;
 }
 
+void give(const Scan& scan, const Target& target, u32 offset, u32 length, i32 status) {
+  const char* text = (target.flags & kKeyInPath) != 0 ? scan.path.begin() : scan.document.data();
+  const Query& query = *target.query;
+  query.take(query.reader, {{text + target.keyBegin, target.keyLength}, offset, length, status});
+}
+
 }  // namespace
 
 bool record(Scan& scan, u32 number, u32 offset, u32 length, i32 status) {
   Target& target = scan.index.targets[number];
+  if (target.collect == Collect::kEach) give(scan, target, offset, length, status);
   if (target.collect == Collect::kRanges) {
     if (!append(target, ClXmlValueRange{offset, length})) return false;
   } else if (target.collect == Collect::kMatches) {
@@ -58,9 +65,11 @@ bool visit_list(const Scan& scan, u32 first, const Visit& visit) {
   return true;
 }
 
+// A node is asked for whatever its attributes are.
 template <typename Visit>
-bool visit_node(const Scan& scan, u32 number, const Visit& visit) {
+bool visit_node(Scan& scan, u32 number, const Visit& visit) {
   const Node& node = scan.index.nodes[number];
+  if ((node.flags & kEachValue) != 0) note_key(scan, node, {}, false);
   return visit_list(scan, node.elementTargets, visit) && visit_list(scan, node.belowTargets, visit);
 }
 
@@ -75,7 +84,7 @@ bool is_below(const Scan& scan, u32 number, AliveRange range) {
 
 // A path that ends in "/" matches all that is asked for below the element in front of it.
 template <typename Visit>
-bool visit_trailing(const Scan& scan, const Visit& visit) {
+bool visit_trailing(Scan& scan, const Visit& visit) {
   const AliveRange parents = parent_nodes(scan);
   for (u32 node = 1; node < scan.index.nodes.size; ++node) {
     if (is_below(scan, node, parents) && !visit_node(scan, node, visit)) return false;
@@ -85,7 +94,7 @@ bool visit_trailing(const Scan& scan, const Visit& visit) {
 
 // Before the root element every path matches.
 template <typename Visit>
-bool visit_all(const Scan& scan, const Visit& visit) {
+bool visit_all(Scan& scan, const Visit& visit) {
   for (u32 node = 0; node < scan.index.nodes.size; ++node) {
     if (!visit_node(scan, node, visit)) return false;
   }
@@ -93,7 +102,7 @@ bool visit_all(const Scan& scan, const Visit& visit) {
 }
 
 template <typename Visit>
-bool visit_element_targets(const Scan& scan, const Visit& visit) {
+bool visit_element_targets(Scan& scan, const Visit& visit) {
   if (scan.depth == 0) return visit_all(scan, visit);
   const OpenElement& top = scan.open[scan.depth - 1];
   for (u32 i = top.aliveBegin; i < scan.aliveTop; ++i) {

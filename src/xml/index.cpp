@@ -69,6 +69,7 @@ struct RequestedElement {
   u32 childFlag = kPlainChildren;       // what the parent is told of it
   std::string_view bareAttribute = {};  // the attribute that it names without value
   bool impossible = false;              // no element of a document can match it
+  bool eachValue = false;               // its attribute stands for every value
 };
 
 // Sets the look-up key by the first attribute with a value.
@@ -128,6 +129,7 @@ u32 find_node(const Index& index, const RequestedElement& element) {
   for (; found != kNone; found = index.nodes[found].nextInBucket) {
     const Node& node = index.nodes[found];
     if (node.key == element.key && node.parent == element.parent &&
+        ((node.flags & kEachValue) != 0) == element.eachValue &&
         node.textLength == element.text.size() &&
         equal_bytes(node.text, element.text.data(), element.text.size())) {
       break;
@@ -165,8 +167,8 @@ u32 insert_node(Index& index, const RequestedElement& element) {
   node.parent = element.parent;
   node.key = element.key;
   node.nextInBucket = bucket;
-  node.flags =
-      (element.bareAttribute.empty() ? 0u : kNameOnly) | (element.impossible ? kImpossible : 0u);
+  node.flags = (element.bareAttribute.empty() ? 0u : kNameOnly) |
+               (element.impossible ? kImpossible : 0u) | (element.eachValue ? kEachValue : 0u);
   node.firstAttribute = element.firstAttribute;
   node.attributeCount = element.attributeCount;
   node.elementTargets = node.attributeTargets = node.belowTargets = kNone;
@@ -191,6 +193,7 @@ u32 step_down(Index& index, RequestedElement& element, const SimpleElement* simp
       element.childFlag = kNamedChildren;
       element.key = element_key(element.parent, element.nameHash, kNamedKey);
     }
+    if (element.eachValue) element.bareAttribute = {};
   }
   const u32 found = find_node(index, element);
   if (found == kNone) return insert_node(index, element);
@@ -307,6 +310,8 @@ bool add_path(Index& index, std::string_view path, u32 number, bool kindKnown) {
     element.nameLength = extent.nameEnd - begin;
     element.localBegin = extent.colon == kNone ? 0 : extent.colon - begin + 1;
     element.parent = descent.node;
+    element.eachValue =
+        extent.end == path.size() && index.targets[number].collect == Collect::kEach;
     descent.node = step_down(index, element, isSimple ? &simple : nullptr);
     if (descent.node == kNone) return false;
     if (extent.end == path.size()) {

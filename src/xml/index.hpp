@@ -33,6 +33,7 @@ enum NodeFlags : u32 {
   kAnyChildren = 7,
   kNameOnly = 8,     // this element names an attribute without value: it admits further ones
   kImpossible = 16,  // no element of a document can match this one
+  kEachValue = 32,   // its attribute stands for every value, and no other may stand beside it
 };
 
 struct Node {
@@ -53,21 +54,25 @@ struct Node {
 };
 static_assert(sizeof(Node) <= 64, "within a cache line");
 
-enum class Collect : u8 { kFirst, kRanges, kMatches };
+enum class Collect : u8 { kFirst, kRanges, kMatches, kEach };
 
 enum TargetFlags : u8 {
   kHasValue = 1,     // a match with status 1
   kHasRange = 2,     // a match with non-zero offset and length
   kNoPathGiven = 4,  // its path is null
   kMetNoPath = 8,    // and an event came upon it
+  kKeyInPath = 16,   // its key stands in the path buffer, not in the document
 };
+
+struct Query;
 
 // One requested path: what is asked, then what was found.
 struct Target {
   const char* attributeName;
   u32 attributeNameLength;
-  u32 next;    // in the list of its node
-  void* list;  // matches or ranges, by `collect`
+  u32 next;            // in the list of its node
+  void* list;          // matches or ranges, by `collect`
+  const Query* query;  // of Collect::kEach: takes what is found
   u32 count;
   u32 capacity;
   u32 firstOffset;
@@ -75,6 +80,8 @@ struct Target {
   i32 firstStatus;
   u32 lastSerial;
   u32 group;
+  u32 keyBegin;   // of Collect::kEach: the key of the open element that matches; at most one does,
+  u32 keyLength;  // since a path leads to one depth. 0: what is found there is found at every key
   Collect collect;
   u8 isAttribute;
   u8 flags;

@@ -40,6 +40,13 @@ void note_candidates(Scan& scan, std::string_view name) {
   });
 }
 
+// False for a value that holds no key.
+bool note_irregular_key(Scan& scan, const Node& node, std::string_view value) {
+  const std::string_view inner = inner_value(value);
+  if (!inner.empty()) note_key(scan, node, inner, true);
+  return !inner.empty();
+}
+
 // An attribute is complete: notes which requested ones it satisfies.
 void note_attribute(Scan& scan, std::string_view name, std::string_view value) {
   ++scan.growing.attributeCount;
@@ -49,6 +56,7 @@ void note_attribute(Scan& scan, std::string_view name, std::string_view value) {
       RequestedAttribute& requested = scan.index.attributes[node.firstAttribute + i];
       if (std::string_view(requested.name, requested.nameLength) == name &&
           value_matches(scan, requested, value)) {
+        if ((node.flags & kEachValue) != 0 && !note_irregular_key(scan, node, value)) continue;
         requested.satisfiedBy = scan.irregularCount;
       }
     }

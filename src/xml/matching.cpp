@@ -32,6 +32,18 @@ u32 row_of_table_prefix(std::string_view prefix) {
   return kNone;
 }
 
+// The keyword without ":" that a value answers; the value itself when it answers none.
+std::string_view key_of(const Scan& scan, std::string_view value) {
+  const QualifiedName name = split_value(value);
+  if (name.local.empty()) return value;
+  const bool unprefixed = name.prefix.empty();
+  if (!unprefixed && (scan.flags & CL_XML_COM_FLAG) != 0) return value;
+  if (unprefixed || is_second_vendor(find_row(scan, name.prefix, scan.generation))) {
+    return name.local;
+  }
+  return value;
+}
+
 bool has_attribute(const Scan& scan, const RequestedAttribute& requested) {
   const std::string_view name = {requested.name, requested.nameLength};
   const auto answers = [&](const CurrentAttribute& attribute) {
@@ -59,12 +71,27 @@ bool index_attributes(Scan& scan) {
   return true;
 }
 
-bool attributes_match(const Scan& scan, const Node& node) {
+bool attributes_match(Scan& scan, const Node& node) {
   if (node.attributeCount != scan.attributes.size && (node.flags & kNameOnly) == 0) return false;
   for (u32 i = 0; i < node.attributeCount; ++i) {
     if (!has_attribute(scan, scan.index.attributes[node.firstAttribute + i])) return false;
   }
-  return true;
+  if ((node.flags & kEachValue) == 0) return true;
+  const CurrentAttribute& attribute = scan.attributes[0];
+  const std::string_view value = inner_value({attribute.value, attribute.valueLength});
+  note_key(scan, node, value, false);
+  return !value.empty();
+}
+
+void note_key(Scan& scan, const Node& node, std::string_view value, bool inPath) {
+  const std::string_view key = key_of(scan, value);
+  const char* text = inPath ? scan.path.begin() : scan.document.data();
+  for (u32 i = node.elementTargets; i != kNone; i = scan.index.targets[i].next) {
+    Target& target = scan.index.targets[i];
+    target.keyBegin = key.empty() ? 0 : static_cast<u32>(key.data() - text);
+    target.keyLength = static_cast<u32>(key.size());
+    target.flags = static_cast<u8>(inPath ? target.flags | kKeyInPath : target.flags & ~kKeyInPath);
+  }
 }
 
 bool same_qualified_name(const Scan& scan, std::string_view requested, std::string_view current) {

@@ -17,8 +17,8 @@ struct StartTag {
   bool irregularName;
 };
 
-// Whether scan.attributes answer those that the node names.
-bool attributes_match(const Scan& scan, const Node& node);
+// Whether scan.attributes answer those that the node names; notes the key of one for every value.
+bool attributes_match(Scan& scan, const Node& node);
 
 inline bool is_alive_already(const Scan& scan, u32 node) {
   for (u32 i = scan.open[scan.depth - 1].aliveBegin; i < scan.aliveTop; ++i) {

@@ -19,15 +19,34 @@ inline constexpr i32 kEmptyElement = -102;  // <name></name>
 inline constexpr i32 kEmptyTag = -103;      // <name/>
 inline constexpr i32 kNoPath = -9;
 
-enum class Wanted : u8 { kFirst, kAll };
+// What one path asks for. kEach is as many list requests as there are keywords: its path ends in an
+// element with one attribute, named without value (".../zirk:margin_border papersize"), and it
+// finds the texts of every element with that name which has this attribute and no other. The key of
+// a text is the attribute's value. The texts with the key K and those without a key are, in this
+// order, what the path with the value written out (...papersize="K") finds, for every K without a
+// ":".
+enum class Wanted : u8 { kFirst, kAll, kEach };
+
+// One finding of Wanted::kEach.
+struct EachText {
+  std::string_view
+      key;  // without its quotes; empty: found at every key. Gone when the scan goes on
+  u64 offset;
+  u64 length;  // 0 unless the status is kFound
+  i32 status;  // kFound, kEmptyElement or kEmptyTag
+};
 
 // One requested path and its answer.
 struct Query {
   std::string_view path = {};
   Wanted wanted = Wanted::kFirst;
   // An empty element serves only the first query of each group that matches it. Queries that would
-  // have been requests of their own are put into groups of their own, so that they answer alike.
+  // have been requests of their own are put into groups of their own, so that they answer alike. Of
+  // kEach, each key counts as a request of its own: no other query has its group.
   u32 group = 0;
+  // Wanted::kEach: takes the texts, in the order of the document.
+  void (*take)(void* reader, const EachText& text) = nullptr;
+  void* reader = nullptr;
 
   i32 status = 0;  // of the first match; kNotFound without one
   u64 offset = 0;  // of the first match, in bytes from the start of the document

@@ -231,6 +231,10 @@ inline bool value_matches(const Scan& scan, const RequestedAttribute& requested,
   return same_qualified_name(scan, wanted, inner);
 }
 
+// Notes the key of the innermost element, or of the start tag at hand, for the targets of `node`.
+// `value` is its attribute's, without quotes; it stands in the path buffer or in the document.
+void note_key(Scan& scan, const Node& node, std::string_view value, bool inPath);
+
 // --- Events (events.cpp) -------------------------------------------------------------------------
 
 // Whether some target asks for the text of the innermost element.

@@ -209,6 +209,7 @@ inline bool attribute_matches(Scan& scan, const UsualTag& tag, const Node& node)
   if (node.attributeCount == 1) {
     const RequestedAttribute& requested = scan.index.attributes[node.firstAttribute];
     if (!same_text(attribute_name(tag), requested.name, requested.nameLength)) return false;
+    if ((node.flags & kEachValue) != 0) note_key(scan, node, inner_value(tag), false);
     if (requested.value == nullptr) return true;
     if (same_text(inner_value(tag), requested.value, requested.valueLength)) return true;
   }

@@ -210,6 +210,75 @@ std::string compare_requests(const Texts& texts, std::uint32_t flags) {
   return found;
 }
 
+// A path that ends in `name attribute="key"`, taken apart for Wanted::kEach.
+struct EachPath {
+  std::string path;  // without the value; empty for any other path
+  std::string key;
+};
+
+inline EachPath split_each(const std::string& path) {
+  std::size_t begin = 0;
+  bool quoted = false;
+  for (std::size_t i = 0; i < path.size(); ++i) {
+    if (path[i] == '"') quoted = !quoted;
+    if (path[i] == '/' && !quoted) begin = i + 1;
+  }
+  static constexpr const char* kBlank = " \t\r\n";
+  const std::size_t open = std::min(path.find('"', begin), path.size());
+  const std::size_t gap = std::min(path.find_first_of(kBlank, begin), open);
+  const std::string attribute = path.substr(gap, open - gap);
+  const bool usual = attribute.size() > 2 && attribute.find('=') == attribute.size() - 1 &&
+                     attribute.find_last_of(kBlank) == 0 && gap != begin &&
+                     path.find('"', open + 1) == path.size() - 1;
+  if (!usual) return {};
+  std::string key = path.substr(open + 1, path.size() - open - 2);
+  key.erase(0, key.find_first_not_of(kBlank));
+  key.erase(key.find_last_not_of(kBlank) + 1);
+  if (key.empty() || key.find(':') != key.npos) return {};
+  return {path.substr(0, open - 1), key};
+}
+
+// What Wanted::kEach finds at one key, as a list request would have it.
+struct EachReader {
+  std::string key;
+  std::int32_t status = pxcl::xml::kNotFound;
+  std::vector<ClXmlValueRange> ranges = {};
+
+  static void take(void* self, const pxcl::xml::EachText& text) {
+    EachReader& reader = *static_cast<EachReader*>(self);
+    if (!text.key.empty() && text.key != reader.key) return;
+    if (reader.ranges.empty()) reader.status = text.status;
+    if (text.offset != 0 && text.length != 0) reader.status = pxcl::xml::kFound;
+    reader.ranges.push_back({text.offset, text.length});
+  }
+};
+
+// The texts of every key, held against a list request for the path with one of the keys.
+inline std::string compare_each(const EngineCase& one, const std::string& path) {
+  const EachPath each = split_each(path);
+  if (each.path.empty()) return {};
+  const Texts alone({one.flags, {path}, 0, one.document});
+  std::string run;
+  Request<ClXmlListParameter> list(alone);
+  run_plain(list, one.flags, run);
+  EachReader reader = {each.key};
+  std::vector<pxcl::xml::Query> queries(2);
+  queries[0].path = each.path;  // the request for the attribute, which is another one
+  queries[1].path = each.path;
+  queries[1].group = 1;
+  queries[1].wanted = pxcl::xml::Wanted::kEach;
+  queries[1].take = EachReader::take;
+  queries[1].reader = &reader;
+  pxcl::xml::scan(one.document, one.flags, queries, nullptr);
+  const ClXmlListParameter& expected = list.parameters.front();
+  std::ostringstream plainText, scanText;
+  plainText << expected.status;
+  describe_ranges(plainText, expected.ranges, expected.rangeCount);
+  scanText << reader.status;
+  describe_ranges(scanText, reader.ranges.data(), static_cast<std::uint32_t>(reader.ranges.size()));
+  return difference("each of " + path, plainText.str(), scanText.str());
+}
+
 // Every path a query of its own group: each answers as a request for that path alone.
 inline std::string compare_scan(const EngineCase& one) {
   std::vector<pxcl::xml::Query> queries;
@@ -274,6 +343,10 @@ inline std::string compare_routes(const EngineCase& one) {
   std::string found = compare_requests<ClXmlParameter>(texts, one.flags);
   if (found.empty()) found = compare_requests<ClXmlListParameter>(texts, one.flags);
   if (found.empty() && one.nullPath == 0 && !one.document.empty()) found = compare_scan(one);
+  for (const std::string& path : one.paths) {
+    if (found.empty() && one.nullPath == 0 && !one.document.empty())
+      found = compare_each(one, path);
+  }
   if (found.empty() && one.nullPath == 0) found = check_replacement(texts);
   return found;
 }

@@ -177,6 +177,20 @@ class Generator {
   bool zeroBytes_;
 };
 
+// Keys that stand in the path buffer, that are blank, and that are every key after one of them.
+TEST(Routes, AgreeOnKeysOfOddElements) {
+  for (const char* key : {"v", "w", "v/x k="}) {
+    const std::string path = std::string("cmd/b/a k=\"") + key + '"';
+    for (const char* body :
+         {"<b/a k=\"v\">x<c/>y</a></b><b><a k=\"v\">x</a></b><b/a k=\" \">z</a></b>",
+          "<b><a k=\"v\">x</a></b><b/ >t</ ></b><b><a k=\"w\"/></b>",
+          "<b/a k=\"v\"><c/></a></b><b/a k=\":v\">x</a>", "<b/a \"k=\"v\"><x k=\"w\">t</x>"}) {
+      const std::string document = std::string("<?xml ?>t<cmd>") + body + "</cmd>";
+      EXPECT_EQ(pxcl_test::compare_routes({0, {path}, 0, document}), "") << path << document;
+    }
+  }
+}
+
 void expect_agreement(std::uint32_t firstSeed, std::uint32_t count, bool zeroBytes) {
   for (std::uint32_t seed = firstSeed; seed < firstSeed + count; ++seed) {
     const EngineCase one = Generator(seed, zeroBytes).make();
