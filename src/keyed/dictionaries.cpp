@@ -494,6 +494,19 @@ constexpr bool is_sound(const ClssDicRow (&table)[rows], std::uint16_t count) {
   return rows == count && table[0].keyword == nullptr && has_no_duplicate(table);
 }
 
+// What names the elements of a size or type is told from a namespace prefix by the ":" alone.
+template <std::size_t rows>
+constexpr bool has_no_colon(const ClssDicRow (&table)[rows]) {
+  for (const ClssDicRow& row : table) {
+    if (row.keyword == nullptr) continue;
+    for (const char byte : std::string_view(row.keyword)) {
+      if (byte == ':') return false;
+    }
+  }
+  return true;
+}
+static_assert(has_no_colon(glb_clssdicPaperSizeTbl) && has_no_colon(glb_clssdicPaperTypeTbl));
+
 static_assert(std::size(glb_clssdicServiceTypeTbl) == CLSS_NUM_SERVICETYPE_LIST);
 static_assert(has_no_duplicate(glb_clssdicServiceTypeTbl));
 static_assert(std::size(glb_clssdicDuplexPrintTbl) == CLSS_DICNUM_DUPLEXPRINT);

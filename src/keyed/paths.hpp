@@ -120,17 +120,16 @@ inline constexpr ItemPaths kPaperSizes = PXCL_PRINT_ITEM("papersize");
 inline constexpr ItemPaths kPaperTypes = PXCL_PRINT_ITEM("papertype");
 inline constexpr ItemPaths kStapleSides = PXCL_PRINT_ITEM("stapleside");
 
-// Elements that repeat for every paper size or type: up to the keyword and the quote behind it.
-inline constexpr ItemPaths kPrintAreaBorder = PXCL_PRINT_ITEM("printarea_border papersize=\"");
-inline constexpr ItemPaths kPrintAreaBorderless =
-    PXCL_PRINT_ITEM("printarea_borderless papersize=\"");
-inline constexpr ItemPaths kPrintAreaDuplex = PXCL_PRINT_ITEM("printarea_duplex papersize=\"");
-inline constexpr ItemPaths kMarginBorder = PXCL_PRINT_ITEM("margin_border papersize=\"");
-inline constexpr ItemPaths kMarginBorderless = PXCL_PRINT_ITEM("margin_borderless papersize=\"");
-inline constexpr ItemPaths kMarginDuplex = PXCL_PRINT_ITEM("margin_duplex papersize=\"");
-inline constexpr ItemPaths kBorderlessPrint = PXCL_PRINT_ITEM("borderlessprint papertype=\"");
-inline constexpr ItemPaths kPrintColorMode = PXCL_PRINT_ITEM("printcolormode papertype=\"");
-inline constexpr ItemPaths kDuplexPrint = PXCL_PRINT_ITEM("duplexprint papertype=\"");
+// Elements that repeat for every paper size or type: up to the attribute that names it.
+inline constexpr ItemPaths kPrintAreaBorder = PXCL_PRINT_ITEM("printarea_border papersize");
+inline constexpr ItemPaths kPrintAreaBorderless = PXCL_PRINT_ITEM("printarea_borderless papersize");
+inline constexpr ItemPaths kPrintAreaDuplex = PXCL_PRINT_ITEM("printarea_duplex papersize");
+inline constexpr ItemPaths kMarginBorder = PXCL_PRINT_ITEM("margin_border papersize");
+inline constexpr ItemPaths kMarginBorderless = PXCL_PRINT_ITEM("margin_borderless papersize");
+inline constexpr ItemPaths kMarginDuplex = PXCL_PRINT_ITEM("margin_duplex papersize");
+inline constexpr ItemPaths kBorderlessPrint = PXCL_PRINT_ITEM("borderlessprint papertype");
+inline constexpr ItemPaths kPrintColorMode = PXCL_PRINT_ITEM("printcolormode papertype");
+inline constexpr ItemPaths kDuplexPrint = PXCL_PRINT_ITEM("duplexprint papertype");
 #undef PXCL_PRINT_ITEM
 
 }  // namespace pxcl::keyed::path

@@ -83,7 +83,7 @@ DicMatch find_indexed(std::span<const ClssDicRow> dictionary, const WordIndex& i
   for (u64 slot = hash_word(word);; ++slot) {
     const u16 row = index.rows[slot % WordIndex::kSlots];
     if (row == WordIndex::kFree) return {};
-    if (row < dictionary.size() && std::strcmp(dictionary[row].keyword, word.data()) == 0) {
+    if (row < dictionary.size() && dictionary[row].keyword == word) {
       return {row, dictionary[row].code};
     }
   }
@@ -111,6 +111,12 @@ DicMatch look_up(std::span<const ClssDicRow> dictionary, std::string_view text) 
   return find_row(dictionary, [&](const char* keyword) {
     return *keyword == *buffer && std::strcmp(keyword, buffer) == 0;
   });
+}
+
+u16 find_keyword(std::span<const ClssDicRow> dictionary, std::string_view word) {
+  const WordIndex* index = word_index_of(dictionary.data());
+  if (index != nullptr) return find_indexed(dictionary, *index, word).index;
+  return find_row(dictionary, [&](const char* keyword) { return keyword == word; }).index;
 }
 
 u32 read_number(std::string_view text) {

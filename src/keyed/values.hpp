@@ -26,6 +26,9 @@ inline std::span<const ClssDicRow> rows_of(const ClssDicRow* dictionary, u32 row
 // The first row that equals the text's value.
 DicMatch look_up(std::span<const ClssDicRow> dictionary, std::string_view text);
 
+// The row whose keyword is this very text, kUnknownIndex for none.
+u16 find_keyword(std::span<const ClssDicRow> dictionary, std::string_view word);
+
 // The value as a decimal number within 32 signed bits.
 u32 read_number(std::string_view text);
 

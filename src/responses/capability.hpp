@@ -37,39 +37,46 @@ i32 read_item(std::string_view document, std::span<const Query, kNameSpaceCount>
               const Dictionary& dictionary, Entries& entries);
 
 // Elements that name a keyword in their one attribute: <zirk:name attribute="keyword">. Each is
-// given by its path keys up to the keyword, one a namespace.
+// given by its path keys up to the attribute's name, one a namespace.
 struct KeywordElements {
-  std::span<const keyed::path::ItemPaths> stems;
+  std::span<const keyed::path::ItemPaths> paths;
   Dictionary dictionary;
 };
 inline constexpr std::size_t kMostElements = 6;
 
-// The elements of one keyword; a text without data is one not found.
+// The texts of one keyword's elements; one without data is not found.
 using ElementTexts = std::string_view[kMostElements];
 
-// Reads the elements of one keyword: kOk, kNoMemory or kBadArgument.
-i32 ask_for_keyword(std::string_view document, const KeywordElements& elements,
-                    const ItemEntry& keyword, ElementTexts& texts);
-
-// The request that reads a list and the elements of every keyword that may be in it, under whatever
-// namespace, in one scan.
-class WholeRequest {
+// The elements of every keyword under every namespace, from one scan.
+class KeywordTexts {
  public:
-  // Room for `listKeys` keys and those of all elements; false when memory is short.
-  bool allocate(u64 listKeys, const KeywordElements& elements);
+  KeywordTexts() = default;
+  KeywordTexts(const KeywordTexts&) = delete;
+  KeywordTexts& operator=(const KeywordTexts&) = delete;
 
-  std::span<Query> list_keys() const { return keys_.all().first(listKeys_); }
-  i32 ask(std::string_view document) const { return keyed::ask(document, keys_.all()); }
+  // Makes `keys`, one for each element and namespace, ask for the texts; their groups begin with
+  // `group`. False when memory is short. To be called once.
+  bool ask_for(const KeywordElements& elements, std::span<Query> keys, u32 group);
   void texts_of(std::string_view document, const ItemEntry& keyword, ElementTexts& texts) const;
 
  private:
-  u64 place_of(u64 nameSpace, u64 element, u64 row) const;
+  // The first text of an element; what follows it does not count.
+  struct First {
+    u32 offset;  // 0: none yet
+    u32 length;  // 0: there but empty
+  };
+  // One element under one namespace.
+  struct Column {
+    Dictionary dictionary = {};
+    First* rows = nullptr;  // by the dictionary's rows
+    bool isFull = false;
+  };
 
-  keyed::KeyList keys_;
-  Owned<char> room_;  // the texts of the elements' keys
-  u64 listKeys_ = 0;
+  static void take(void* column, const xml::EachText& text);
+
+  Column columns_[kNameSpaceCount * kMostElements];
   u64 elementCount_ = 0;
-  u64 rowCount_ = 0;
+  Owned<First> rows_;
 };
 
 // An index of an entry as callers hand it in: kCountQuery asks for the number of entries.

@@ -44,6 +44,7 @@ constexpr KeywordElements kTypeElements = {kElements, kTypes};
 constexpr u64 kTypesAt = kCheckKeys;
 constexpr u64 kStapleSidesAt = kTypesAt + kNameSpaceCount;
 constexpr u64 kListKeys = kStapleSidesAt + kNameSpaceCount;
+constexpr u64 kElementKeys = std::size(kElements) * kNameSpaceCount;
 
 void ask_for_types(std::span<Query> keys) {
   keyed::set_check_keys(keys.first<kCheckKeys>(), 0);
@@ -142,38 +143,53 @@ i32 decode_type(const ItemEntry& type, const ElementTexts& texts, const Entries&
   return kOk;
 }
 
-i32 parse_type(std::string_view document, i32& index, ClssMediaType* record) {
-  Query keys[kListKeys];
-  ask_for_types(keys);
-  i32 status = keyed::ask(document, keys);
+// What a reply says of all types.
+struct Reply {
   Lists lists;
-  if (status == kOk) status = read_lists(document, keys, lists);
+  KeywordTexts elements;
+};
+
+// Reads the lists and, where they are wanted, the types' elements: one scan.
+i32 read_reply(std::string_view document, bool withElements, Reply& reply) {
+  Query keys[kListKeys + kElementKeys];
+  const std::span<Query> elementKeys = std::span(keys).last<kElementKeys>();
+  ask_for_types(keys);
+  if (withElements && !reply.elements.ask_for(kTypeElements, elementKeys, kListKeys)) {
+    return kNoMemory;
+  }
+  const i32 status =
+      keyed::ask(document, std::span(keys).first(withElements ? std::size(keys) : kListKeys));
+  return status == kOk ? read_lists(document, keys, reply.lists) : status;
+}
+
+i32 decode_entry(std::string_view document, const Reply& reply, const ItemEntry& type,
+                 ClssMediaType& record) {
+  ElementTexts texts;
+  reply.elements.texts_of(document, type, texts);
+  return decode_type(type, texts, reply.lists.stapleSides, record);
+}
+
+i32 parse_type(std::string_view document, i32& index, ClssMediaType* record) {
+  Reply reply;
+  const i32 status = read_reply(document, index != kCountQuery && record != nullptr, reply);
   if (status != kOk) return status;
+  const Entries& types = reply.lists.types;
   if (index == kCountQuery) {
-    index = static_cast<i32>(lists.types.count);
+    index = static_cast<i32>(types.count);
     return kOk;
   }
-  if (record == nullptr || static_cast<u32>(index) >= lists.types.count) return kBadArgument;
-  const ItemEntry& type = lists.types.block[static_cast<u32>(index)];
-  ElementTexts texts;
-  status = ask_for_keyword(document, kTypeElements, type, texts);
-  return status == kOk ? decode_type(type, texts, lists.stapleSides, *record) : status;
+  if (record == nullptr || static_cast<u32>(index) >= types.count) return kBadArgument;
+  return decode_entry(document, reply, types.block[static_cast<u32>(index)], *record);
 }
 
 i32 parse_all_types(std::string_view document, ClssMediaType* records, i32& count) {
-  WholeRequest request;
-  if (!request.allocate(kListKeys, kTypeElements)) return kNoMemory;
-  ask_for_types(request.list_keys());
-  i32 status = request.ask(document);
-  Lists lists;
-  if (status == kOk) status = read_lists(document, request.list_keys(), lists);
+  Reply reply;
+  const i32 status = read_reply(document, true, reply);
   if (status == kNothingListed) count = 0;
   if (status != kOk) return status;
-  return fill_records(lists.types.all(), records, count,
+  return fill_records(reply.lists.types.all(), records, count,
                       [&](const ItemEntry& type, ClssMediaType& record) {
-                        ElementTexts texts;
-                        request.texts_of(document, type, texts);
-                        return decode_type(type, texts, lists.stapleSides, record);
+                        return decode_entry(document, reply, type, record);
                       });
 }
 

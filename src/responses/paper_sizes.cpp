@@ -47,6 +47,7 @@ constexpr Dictionary kSizes = {glb_clssdicPaperSizeTbl, &CLSS_DICNUM_PAPERSIZE};
 constexpr KeywordElements kSizeElements = {kElements, kSizes};
 
 constexpr u64 kListKeys = kCheckKeys + kNameSpaceCount;
+constexpr u64 kElementKeys = std::size(kElements) * kNameSpaceCount;
 
 void ask_for_sizes(std::span<Query> keys) {
   keyed::set_check_keys(keys.first<kCheckKeys>(), 0);
@@ -97,38 +98,53 @@ i32 decode_size(const ItemEntry& size, const ElementTexts& texts, ClssPaperSize&
   return kOk;
 }
 
-i32 parse_size(std::string_view document, i32& index, ClssPaperSize* record) {
-  Query keys[kListKeys];
-  ask_for_sizes(keys);
-  i32 status = keyed::ask(document, keys);
+// What a reply says of all sizes.
+struct Reply {
   Entries sizes;
-  if (status == kOk) status = read_sizes(document, keys, sizes);
+  KeywordTexts elements;
+};
+
+// Reads the lists and, where they are wanted, the sizes' elements: one scan.
+i32 read_reply(std::string_view document, bool withElements, Reply& reply) {
+  Query keys[kListKeys + kElementKeys];
+  const std::span<Query> elementKeys = std::span(keys).last<kElementKeys>();
+  ask_for_sizes(keys);
+  if (withElements && !reply.elements.ask_for(kSizeElements, elementKeys, kListKeys)) {
+    return kNoMemory;
+  }
+  const i32 status =
+      keyed::ask(document, std::span(keys).first(withElements ? std::size(keys) : kListKeys));
+  return status == kOk ? read_sizes(document, keys, reply.sizes) : status;
+}
+
+i32 decode_entry(std::string_view document, const Reply& reply, const ItemEntry& size,
+                 ClssPaperSize& record) {
+  ElementTexts texts;
+  reply.elements.texts_of(document, size, texts);
+  return decode_size(size, texts, record);
+}
+
+i32 parse_size(std::string_view document, i32& index, ClssPaperSize* record) {
+  Reply reply;
+  const i32 status = read_reply(document, index != kCountQuery && record != nullptr, reply);
   if (status != kOk) return status;
+  const Entries& sizes = reply.sizes;
   if (index == kCountQuery) {
     index = static_cast<i32>(sizes.count);
     return kOk;
   }
   if (record == nullptr || static_cast<u32>(index) >= sizes.count) return kBadArgument;
-  const ItemEntry& size = sizes.block[static_cast<u32>(index)];
-  ElementTexts texts;
-  status = ask_for_keyword(document, kSizeElements, size, texts);
-  return status == kOk ? decode_size(size, texts, *record) : status;
+  return decode_entry(document, reply, sizes.block[static_cast<u32>(index)], *record);
 }
 
 i32 parse_all_sizes(std::string_view document, ClssPaperSize* records, i32& count) {
-  WholeRequest request;
-  if (!request.allocate(kListKeys, kSizeElements)) return kNoMemory;
-  ask_for_sizes(request.list_keys());
-  i32 status = request.ask(document);
-  Entries sizes;
-  if (status == kOk) status = read_sizes(document, request.list_keys(), sizes);
+  Reply reply;
+  const i32 status = read_reply(document, true, reply);
   if (status == kNothingListed) count = 0;
   if (status != kOk) return status;
-  return fill_records(sizes.all(), records, count,
+  return fill_records(reply.sizes.all(), records, count,
                       [&](const ItemEntry& size, ClssPaperSize& record) {
-                        ElementTexts texts;
-                        request.texts_of(document, size, texts);
-                        return decode_size(size, texts, record);
+                        return decode_entry(document, reply, size, record);
                       });
 }
 

@@ -10,8 +10,9 @@
 #include <random>
 
 #include "../keyed/reply.hpp"
-#include "dictionaries.h"
+#include "keyed/paths.hpp"
 #include "responses.h"
+#include "responses/capability.hpp"
 #include "support.hpp"
 
 namespace {
@@ -37,8 +38,12 @@ class Capabilities {
     std::string all;
     for (const std::string& text : elements) all += text;
     std::string text = reply(all, chance(20) ? "NG" : "OK");
-    const char* second = " xmlns:q=\"http://www.example.com/ns/cmd/2010/05/vaslo/\"";
-    if (!chance(3)) text.insert(text.find("<cmd") + 4, second);
+    const std::string second = " xmlns:q=\"http://www.example.com/ns/cmd/2010/05/vaslo/\"";
+    if (chance(4)) {  // from some element on
+      text.insert(std::min(text.find("printarea_border ") + 16, text.find("print\">") + 6), second);
+    } else if (!chance(3)) {
+      text.insert(text.find("<cmd") + 4, second);
+    }
     if (wildness == 2 && chance(4)) text.insert(text.find("<cmd"), "iso_a4_210x297mm,auto");
     return text;
   }
@@ -200,6 +205,61 @@ TEST(WholeCapability, EqualsTheIndexedCallsOnRandomReplies) {
   }
   EXPECT_GT(sizes, 2000);
   EXPECT_GT(types, 1000);
+}
+
+namespace path = pxcl::keyed::path;
+constexpr path::ItemPaths kElements[] = {path::kPrintAreaBorder, path::kMarginBorderless,
+                                         path::kMarginDuplex};
+constexpr path::ItemPaths kTypeElements[] = {path::kBorderlessPrint, path::kDuplexPrint};
+constexpr pxcl::responses::KeywordElements kAll[] = {
+    {kElements, {glb_clssdicPaperSizeTbl, &CLSS_DICNUM_PAPERSIZE}},
+    {kTypeElements, {glb_clssdicPaperTypeTbl, &CLSS_DICNUM_PAPERTYPE}}};
+
+// Returns the number of texts found.
+int compare_with_own_keys(const pxcl::responses::KeywordElements& elements,
+                          const std::string& text) {
+  std::vector<pxcl::xml::Query> keys(3 * elements.paths.size());
+  pxcl::responses::KeywordTexts texts;
+  EXPECT_TRUE(texts.ask_for(elements, keys, 0));
+  const int status = pxcl::xml::scan(text, 0, keys, nullptr);
+  std::vector<std::string> paths;
+  const pxcl::u16 rows = *elements.dictionary.rowCount;
+  for (const auto& key : keys) {
+    for (pxcl::u16 row = 1; row < rows; ++row) {
+      const char* keyword = elements.dictionary.rows[row].keyword;
+      paths.push_back(std::string(key.path) + "=\"" + (keyword == nullptr ? "" : keyword) + '"');
+    }
+  }
+  std::vector<pxcl::xml::Query> own(paths.size());
+  for (std::size_t i = 0; i < own.size(); ++i) {
+    own[i].path = paths[i];
+    own[i].group = static_cast<pxcl::u32>(i);
+  }
+  EXPECT_EQ(pxcl::xml::scan(text, 0, own, nullptr), status);
+  int found = 0;
+  for (std::size_t i = 0; i < own.size(); ++i) {
+    const std::size_t key = i / (rows - 1u), row = i % (rows - 1u) + 1;
+    pxcl::responses::ElementTexts got;
+    const auto nameSpace = static_cast<pxcl::u16>(key / elements.paths.size());
+    texts.texts_of(text, {static_cast<pxcl::u32>(row), nameSpace, 0}, got);
+    const std::string_view expected = pxcl::keyed::found_text(text, own[i]);
+    const std::string_view value = got[key % elements.paths.size()];
+    EXPECT_TRUE(value.size() == expected.size() &&
+                (value.empty() || value.data() == expected.data()))
+        << paths[i] << " in " << text;
+    found += value.empty() ? 0 : 1;
+  }
+  return found;
+}
+
+TEST(WholeCapability, EveryElementIsWhatItsOwnKeyFinds) {
+  Capabilities replies(19700101);
+  int found = 0;
+  for (int i = 0; i < 500 && !HasFailure(); ++i) {
+    const std::string text = replies.next();
+    for (const auto& elements : kAll) found += compare_with_own_keys(elements, text);
+  }
+  EXPECT_GT(found, 2000);
 }
 
 TEST(WholeCapability, Files) {
