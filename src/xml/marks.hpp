@@ -29,6 +29,12 @@ struct NameMarks {
   u32 stop;
 };
 
+// The colons of a plain name, and the bytes up to "/", which an usual name does not hold.
+struct PlainMarks {
+  u32 colon;
+  u32 low;
+};
+
 // Where the bytes stand that tell a name from its attributes.
 struct LaneMarks {
   u32 colon;
@@ -62,15 +68,17 @@ inline NameMarks name_lane(const char* bytes) {
   return {lane_bits(lane_equal(lane, ':')), lane_bits(_mm_or_si128(blank, quoteOrSlash))};
 }
 
+inline PlainMarks plain_lane(const char* bytes) {
+  const __m128i lane = load_lane(bytes);
+  const __m128i low = _mm_cmpeq_epi8(_mm_min_epu8(lane, _mm_set1_epi8('/')), lane);
+  return {lane_bits(lane_equal(lane, ':')), lane_bits(low)};
+}
+
 inline LaneMarks mark_lane(const char* bytes) {
   const __m128i lane = load_lane(bytes);
   const __m128i blank = _mm_cmpeq_epi8(_mm_min_epu8(lane, _mm_set1_epi8(' ')), lane);
   return {lane_bits(lane_equal(lane, ':')), lane_bits(blank), lane_bits(lane_equal(lane, '"')),
           lane_bits(lane_equal(lane, '/')), lane_bits(lane_equal(lane, '='))};
-}
-
-inline u32 byte_lane(const char* bytes, char byte) {
-  return lane_bits(lane_equal(load_lane(bytes), byte));
 }
 
 inline u32 same_lane(const char* a, const char* b) {
@@ -103,15 +111,16 @@ inline NameMarks name_lane(const char* bytes) {
   return {lane_bits(lane_equal(lane, ':')), lane_bits(vorrq_u8(blank, quoteOrSlash))};
 }
 
+inline PlainMarks plain_lane(const char* bytes) {
+  const uint8x16_t lane = load_lane(bytes);
+  return {lane_bits(lane_equal(lane, ':')), lane_bits(vcleq_u8(lane, vdupq_n_u8('/')))};
+}
+
 inline LaneMarks mark_lane(const char* bytes) {
   const uint8x16_t lane = load_lane(bytes);
   return {lane_bits(lane_equal(lane, ':')), lane_bits(vcleq_u8(lane, vdupq_n_u8(' '))),
           lane_bits(lane_equal(lane, '"')), lane_bits(lane_equal(lane, '/')),
           lane_bits(lane_equal(lane, '='))};
-}
-
-inline u32 byte_lane(const char* bytes, char byte) {
-  return lane_bits(lane_equal(load_lane(bytes), byte));
 }
 
 inline u32 same_lane(const char* a, const char* b) {
@@ -138,14 +147,15 @@ inline NameMarks name_lane(const char* bytes) {
   return {lane_bits([&](u32 i) { return bytes[i] == ':'; }), lane_bits(stops)};
 }
 
+inline PlainMarks plain_lane(const char* bytes) {
+  return {lane_bits([&](u32 i) { return bytes[i] == ':'; }),
+          lane_bits([&](u32 i) { return static_cast<u8>(bytes[i]) <= '/'; })};
+}
+
 inline LaneMarks mark_lane(const char* bytes) {
   const auto mark = [&](char byte) { return lane_bits([&](u32 i) { return bytes[i] == byte; }); };
   return {mark(':'), lane_bits([&](u32 i) { return static_cast<u8>(bytes[i]) <= ' '; }), mark('"'),
           mark('/'), mark('=')};
-}
-
-inline u32 byte_lane(const char* bytes, char byte) {
-  return lane_bits([&](u32 i) { return bytes[i] == byte; });
 }
 
 inline u32 same_lane(const char* a, const char* b) {
@@ -240,6 +250,14 @@ inline TextMarks text_marks(std::string_view text, u64 begin, u64 length) {
       marks.add(mark_lane(place.bytes), place.dropped, at);
     }
   }
+  marks.keep(bits_below(length));
+  return marks;
+}
+
+// The same where whole lanes can be read.
+inline TextMarks whole_lanes(const char* bytes, u64 length) {
+  TextMarks marks;
+  for (u32 at = 0; at < length; at += kLane) marks.add(mark_lane(bytes + at), 0, at);
   marks.keep(bits_below(length));
   return marks;
 }

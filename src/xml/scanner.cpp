@@ -132,27 +132,35 @@ struct Cursor {
   u32 limit;
 };
 
-// Finds the next mark; false when the document's end is near.
-inline bool next_mark(Cursor& cursor, u32& at) {
-  while (cursor.marks == 0) {
-    cursor.block += kBlock;
-    const u32 size = cursor.limit + kReach;
-    if (cursor.block + kBlock > size) {
-      if (cursor.block >= size) return false;
-      cursor.marks = tag_rest(cursor.text + cursor.block, size - cursor.block);
-    } else {
-      cursor.marks = tag_block(cursor.text + cursor.block);
-    }
-  }
-  at = cursor.block + lowest(cursor.marks);
-  cursor.marks &= cursor.marks - 1;
-  return true;
+[[gnu::noinline]] u64 last_block(const char* bytes, u64 length) {
+  return tag_rest(bytes, length);
 }
 
-// Whether `length` bytes, 32 at most, are the same.
+// Moves on to the next block that has a mark; at the document's end the cursor stays where it is.
+inline bool refill(Cursor& cursor) {
+  const u32 size = cursor.limit + kReach;
+  for (u32 block = cursor.block + kBlock; block < size; block += kBlock) {
+    const char* bytes = cursor.text + block;
+    cursor.marks = size - block >= kBlock ? tag_block(bytes) : last_block(bytes, size - block);
+    if (cursor.marks == 0) continue;
+    cursor.block = block;
+    return true;
+  }
+  return false;
+}
+
+// The next mark; kNone when there is none.
+inline u32 next_mark(Cursor& cursor) {
+  if (cursor.marks == 0 && !refill(cursor)) return kNone;
+  const u32 at = cursor.block + lowest(cursor.marks);
+  cursor.marks &= cursor.marks - 1;
+  return at;
+}
+
+// Whether `length` bytes, 2 * kLane at most, are the same; both sides are readable to that length.
 inline bool same_name(const char* a, const char* b, u32 length) {
-  if (length <= kLane) return (~same_lane(a, b) & first_bits(length)) == 0;
-  return (same_lane(a, b) & same_lane(a + length - kLane, b + length - kLane)) == 0xFFFF;
+  const u64 same = u64{same_lane(a, b)} | u64{same_lane(a + kLane, b + kLane)} << kLane;
+  return (~same & ((u64{1} << length) - 1)) == 0;
 }
 
 inline i32 take_end_tag(Scan& scan, const char* text, u32 begin, u32 end) {
@@ -172,15 +180,28 @@ inline i32 take_end_tag(Scan& scan, const char* text, u32 begin, u32 end) {
   return kSuccess;
 }
 
-// The tag at hand: its name and, at most, one attribute with a value.
-struct UsualTag {
+// The name of the tag at hand.
+struct TagName {
+  const char* text;
+  u32 length;
+  u32 colon;  // kNoColon without one
+};
+
+// The key of its local part: no prefix changes that.
+inline u32 hash_of(const TagName& name) {
+  const u32 localBegin = name.colon + 1;  // kNoColon + 1 is 0
+  return hash_readable(name.text + localBegin, name.length - localBegin);
+}
+
+// A tag with one attribute.
+struct AttributeTag {
   const char* name;
   u32 offset;
   SimpleElement element;
 };
 
-// The attribute of a usual tag, as the general functions want it.
-void take_attribute(Scan& scan, const UsualTag& tag) {
+// The attribute as the general functions want it.
+void take_attribute(Scan& scan, const AttributeTag& tag) {
   const SimpleElement& element = tag.element;
   CurrentAttribute& attribute = scan.attributes[0];
   attribute = {};
@@ -191,12 +212,12 @@ void take_attribute(Scan& scan, const UsualTag& tag) {
   scan.attributes.size = 1;
 }
 
-std::string_view attribute_name(const UsualTag& tag) {
+std::string_view attribute_name(const AttributeTag& tag) {
   return {tag.name + tag.element.attributeBegin,
           tag.element.attributeEnd - tag.element.attributeBegin};
 }
 
-std::string_view inner_value(const UsualTag& tag) {
+std::string_view inner_value(const AttributeTag& tag) {
   return {tag.name + tag.element.valueBegin, tag.element.valueEnd - tag.element.valueBegin};
 }
 
@@ -204,8 +225,8 @@ bool same_text(std::string_view text, const char* other, u32 length) {
   return text.size() == length && equal_bytes(text.data(), other, length);
 }
 
-// Whether the tag's one attribute answers those that the node names.
-inline bool attribute_matches(Scan& scan, const UsualTag& tag, const Node& node) {
+// Whether the tag's attribute answers those that the node names.
+inline bool attribute_matches(Scan& scan, const AttributeTag& tag, const Node& node) {
   if (node.attributeCount == 1) {
     const RequestedAttribute& requested = scan.index.attributes[node.firstAttribute];
     if (!same_text(attribute_name(tag), requested.name, requested.nameLength)) return false;
@@ -217,74 +238,76 @@ inline bool attribute_matches(Scan& scan, const UsualTag& tag, const Node& node)
   return attributes_match(scan, node);
 }
 
-// Calls `visit` for every node with this key that the tag matches, until it returns false.
+// Calls `visit` for every node of this key and name below `parent`, until it returns false.
 template <typename Visit>
-inline bool visit_nodes(Scan& scan, const UsualTag& tag, u32 parent, u32 key, const Visit& visit) {
+inline bool visit_nodes(const Scan& scan, const TagName& name, u32 parent, u32 key,
+                        const Visit& visit) {
   u32 found = scan.index.buckets[bucket_of(scan.index, key)];
   for (; found != kNone; found = scan.index.nodes[found].nextInBucket) {
     const Node& node = scan.index.nodes[found];
     if (node.key != key || node.parent != parent || (node.flags & kImpossible) != 0) continue;
-    if (!names_match(scan, node, tag.name, tag.element.nameLength, tag.element.colon)) continue;
-    const bool plain = !tag.element.has_attribute();
-    if (plain ? node.attributeCount != 0 : !attribute_matches(scan, tag, node)) continue;
-    if (!visit(found)) return false;
+    if (!names_match(scan, node, name.text, name.length, name.colon)) continue;
+    if (!visit(found, node)) return false;
   }
   return true;
 }
 
-// The hashes by which a tag is looked up, made when the first look-up wants them.
-class TagKeys {
- public:
-  explicit TagKeys(const UsualTag& tag) : tag_(tag) {}
-
-  u32 plain(u32 parent) { return element_key(parent, name(), kPlainKey); }
-  u32 named(u32 parent) { return element_key(parent, name(), kNamedKey); }
-  u32 valued(u32 parent) {
-    const SimpleElement& element = tag_.element;
-    const std::string_view attribute = attribute_name(tag_);
-    return valued_key(
-        element_key(parent, name(), kValuedKey),
-        hash_readable(attribute.data(), static_cast<u32>(attribute.size())),
-        hash_readable(tag_.name + element.valueLocal, element.valueEnd - element.valueLocal));
-  }
-
- private:
-  u32 name() const {
-    const u32 localBegin = tag_.element.colon + 1;  // kNoColon + 1 is 0
-    return hash_readable(tag_.name + localBegin, tag_.element.nameLength - localBegin);
-  }
-
-  const UsualTag& tag_;
+struct AliveNodes {
+  const u32* begin;
+  const u32* end;
 };
 
-// Calls `visit` for every node below `parents` that the tag matches. An attribute's value and its
-// name alone are looked up by keys of their own.
+inline AliveNodes innermost_nodes(const Scan& scan) {
+  const u32* nodes = scan.alive.begin();
+  return {nodes + scan.open[scan.depth - 1].aliveBegin, nodes + scan.aliveTop};
+}
+
+// Calls `visit` for every node below `parents` that a tag without attribute matches.
 template <typename Visit>
-inline bool match_usual(Scan& scan, const UsualTag& tag, AliveRange parents, const Visit& visit) {
-  TagKeys keys(tag);
-  for (u32 i = parents.begin; i < parents.end; ++i) {
-    const u32 parent = scan.alive[i];
-    const u32 children = scan.index.nodes[parent].flags;
-    bool stored = true;
-    if (!tag.element.has_attribute()) {
-      if ((children & kPlainChildren) != 0) {
-        stored = visit_nodes(scan, tag, parent, keys.plain(parent), visit);
-      }
-    } else {
-      if ((children & kValuedChildren) != 0) {
-        stored = visit_nodes(scan, tag, parent, keys.valued(parent), visit);
-      }
-      if (stored && (children & kNamedChildren) != 0) {
-        stored = visit_nodes(scan, tag, parent, keys.named(parent), visit);
-      }
-    }
+inline bool match_plain(const Scan& scan, const TagName& name, AliveNodes parents,
+                        const Visit& visit) {
+  for (const u32* parent = parents.begin; parent != parents.end; ++parent) {
+    if ((scan.index.nodes[*parent].flags & kPlainChildren) == 0) continue;
+    const u32 key = element_key(*parent, hash_of(name), kPlainKey);
+    const bool stored = visit_nodes(scan, name, *parent, key, [&](u32 found, const Node& node) {
+      return node.attributeCount != 0 || visit(found);
+    });
     if (!stored) return false;
   }
   return true;
 }
 
+// The same for a tag with one attribute. Its value and its name alone are looked up by keys of
+// their own.
+template <typename Visit>
+inline bool match_attribute_tag(Scan& scan, const AttributeTag& tag, AliveNodes parents,
+                                const Visit& visit) {
+  const SimpleElement& element = tag.element;
+  const TagName name = {tag.name, element.nameLength, element.colon};
+  const auto visit_keyed = [&](u32 parent, u32 key) {
+    return visit_nodes(scan, name, parent, key, [&](u32 found, const Node& node) {
+      return !attribute_matches(scan, tag, node) || visit(found);
+    });
+  };
+  for (const u32* parent = parents.begin; parent != parents.end; ++parent) {
+    const u32 children = scan.index.nodes[*parent].flags;
+    if ((children & (kValuedChildren | kNamedChildren)) == 0) continue;
+    const u32 hash = hash_of(name);
+    const auto key = [&](KeyClass keyClass) { return element_key(*parent, hash, keyClass); };
+    if ((children & kValuedChildren) != 0) {
+      const std::string_view attribute = attribute_name(tag);
+      const u32 valued = valued_key(
+          key(kValuedKey), hash_readable(attribute.data(), static_cast<u32>(attribute.size())),
+          hash_readable(tag.name + element.valueLocal, element.valueEnd - element.valueLocal));
+      if (!visit_keyed(*parent, valued)) return false;
+    }
+    if ((children & kNamedChildren) != 0 && !visit_keyed(*parent, key(kNamedKey))) return false;
+  }
+  return true;
+}
+
 // Gives the tag's attribute to the targets of `node` that ask for it.
-inline bool store_attribute(Scan& scan, const UsualTag& tag, u32 node) {
+inline bool store_attribute(Scan& scan, const AttributeTag& tag, u32 node) {
   const u32 offset = tag.offset + tag.element.valueBegin - 1;
   u32 number = scan.index.nodes[node].attributeTargets;
   for (; number != kNone; number = scan.index.targets[number].next) {
@@ -296,175 +319,142 @@ inline bool store_attribute(Scan& scan, const UsualTag& tag, u32 node) {
   return true;
 }
 
-inline AliveRange innermost_nodes(const Scan& scan) {
-  return {scan.open[scan.depth - 1].aliveBegin, scan.aliveTop};
-}
+// The text of an element in which nothing else is.
+struct LeafText {
+  u32 begin;
+  u32 length;
+  u32 end;  // of the end tag behind it
+};
 
 // "<name>text</name>": nothing has to be opened.
-inline i32 take_leaf(Scan& scan, const UsualTag& tag, u32 text, u32 textLength) {
-  ++scan.serial;
-  scan.metText = true;
-  const AliveRange parents = innermost_nodes(scan);
-  if (tag.element.has_attribute()) scan.metAttributes = true;
-  const bool stored =
-      parents.begin == parents.end || match_usual(scan, tag, parents, [&](u32 node) {
-        return store_attribute(scan, tag, node) && on_leaf(scan, node, text, textLength);
-      });
-  return stored ? kSuccess : kNoMemory;
+inline bool take_leaf(Scan& scan, const TagName& name, LeafText text) {
+  return match_plain(scan, name, innermost_nodes(scan),
+                     [&](u32 node) { return on_leaf(scan, node, text.begin, text.length); });
 }
 
-// "<name>": an element with others in it, or without text.
-i32 open_usual(Scan& scan, const UsualTag& tag) {
-  const AliveRange parents = innermost_nodes(scan);
-  if (scan.depth == scan.open.capacity) return kUnusual;
-  ++scan.serial;
-  scan.open[scan.depth++] = {tag.offset, tag.element.nameLength, scan.aliveTop, scan.generation,
-                             scan.standing};
-  if (tag.element.has_attribute()) scan.metAttributes = true;
-  if (parents.begin == parents.end) return kSuccess;
-  const bool stored = match_usual(scan, tag, parents, [&](u32 node) {
+[[gnu::noinline]] bool take_attribute_leaf(Scan& scan, const AttributeTag& tag, LeafText text) {
+  scan.metAttributes = true;
+  return match_attribute_tag(scan, tag, innermost_nodes(scan), [&](u32 node) {
+    return store_attribute(scan, tag, node) && on_leaf(scan, node, text.begin, text.length);
+  });
+}
+
+// "<name>": an element with others in it, or without text; its parent matched `parents`.
+inline AliveNodes push_usual(Scan& scan, u32 offset, u32 length) {
+  const AliveNodes parents = innermost_nodes(scan);
+  scan.open[scan.depth++] = {offset, length, scan.aliveTop, scan.generation, scan.standing};
+  return parents;
+}
+
+[[gnu::noinline]] bool open_plain(Scan& scan, TagName name, u32 offset) {
+  const AliveNodes parents = push_usual(scan, offset, name.length);
+  return match_plain(scan, name, parents, [&](u32 node) { return add_alive(scan, node); });
+}
+
+[[gnu::noinline]] bool open_attribute_tag(Scan& scan, const AttributeTag& tag) {
+  const AliveNodes parents = push_usual(scan, tag.offset, tag.element.nameLength);
+  scan.metAttributes = true;
+  return match_attribute_tag(scan, tag, parents, [&](u32 node) {
     return add_alive(scan, node) && store_attribute(scan, tag, node);
   });
-  return stored ? kSuccess : kNoMemory;
 }
 
-// The marks of the first 2 * kLane bytes of a tag.
-struct NameHead {
-  u64 colon;
-  u64 stop;
-};
-
-inline NameHead mark_head(const char* name, u32 length) {
-  NameMarks marks = name_lane(name);
-  if (length > kLane) {
-    const NameMarks more = name_lane(name + kLane);
-    marks.stop |= more.stop << kLane;
-    marks.colon |= more.colon << kLane;
-  }
-  const u64 inside = bits_below(length);
-  return {marks.colon & inside, marks.stop & inside};
+// Whether a tag of `length` bytes is a name and nothing else; a name with a byte up to "/" in it
+// counts as none.
+inline bool read_plain_tag(const char* text, u32 length, TagName& name) {
+  if (length > 2 * kLane) return false;
+  const PlainMarks head = plain_lane(text);
+  const PlainMarks more = plain_lane(text + kLane);
+  const u64 inside = (u64{1} << length) - 1;
+  const u64 colon = (u64{head.colon} | u64{more.colon} << kLane) & inside;
+  name = {text, length, first_mark(colon)};
+  return ((u64{head.low} | u64{more.low} << kLane) & inside) == 0;
 }
 
-// A tag with bytes that no name holds: reads `name attribute="value"` and nothing else.
-inline bool read_attribute_tag(UsualTag& tag, const NameHead& head, u32 length) {
-  const char* text = tag.name;
+// Any other tag that is a name alone or followed by one attribute with a value.
+[[gnu::noinline]] bool read_tag(const char* text, u32 length, AttributeTag& tag) {
+  if (length > kBlock) return false;
   SimpleElement& element = tag.element;
-  element.nameLength = head.stop == 0 ? 2 * kLane : lowest(head.stop);
-  element.attributeBegin = element.nameLength + 1;
-  const u64 equals = (u64{byte_lane(text, '=')} | u64{byte_lane(text + kLane, '=')} << kLane) &
-                     ~bits_below(element.attributeBegin);
-  if (equals == 0 || text[length - 1] != '"' || !is_space(text[element.nameLength])) return false;
-  const u32 at = lowest(equals);
-  const u64 inName = bits_below(at) & ~bits_below(element.attributeBegin);
-  if (at + 3 >= length || at == element.attributeBegin || text[at + 1] != '"' ||
-      text[element.attributeBegin] == 'x' || ((head.stop | head.colon) & inName) != 0) {
-    return false;
-  }
-  element.attributeEnd = at;
-  element.valueBegin = at + 2;
-  element.valueEnd = length - 1;
-  const std::string_view inner = inner_value(tag);
-  if (is_space(inner.front()) || is_space(inner.back())) return false;
-  element.valueLocal = element.valueBegin;
-  for (u32 lane = 0; lane < inner.size(); lane += kLane) {
-    const u32 inside = first_bits(static_cast<u32>(inner.size()) - lane);
-    const u32 colon = byte_lane(inner.data() + lane, ':') & inside;
-    if (((byte_lane(inner.data() + lane, '"') | byte_lane(inner.data() + lane, '\0')) & inside) !=
-        0) {
-      return false;
-    }
-    if (colon != 0 && element.valueLocal == element.valueBegin) {
-      element.valueLocal = element.valueBegin + lane + lowest(colon) + 1;
-    }
-  }
-  return true;
+  const TextMarks marks = whole_lanes(text, length);
+  if (!read_simple_element(marks, length, element)) return false;
+  if (!element.has_attribute()) return true;
+  const u64 inValue = bits_below(element.valueEnd) & ~bits_below(element.valueBegin);
+  return element.has_value() && text[element.attributeBegin] != 'x' &&
+         is_space(text[element.nameLength]) &&
+         ((marks.blank & inValue) == 0 || find_byte(inner_value(tag), '\0') == nullptr);
 }
 
-// The same for one whose "=" stands behind the head.
-bool read_long_tag(const Scan& scan, UsualTag& tag, u32 length) {
-  SimpleElement& element = tag.element;
-  element = {};
-  return read_simple_element(text_marks(scan.document, tag.offset, length), length, element) &&
-         element.has_value() && tag.name[element.attributeBegin] != 'x' &&
-         is_space(tag.name[element.nameLength]) && find_byte(inner_value(tag), '\0') == nullptr;
-}
-
-inline bool read_usual_tag(const Scan& scan, UsualTag& tag, u32 length) {
-  if (length > kBlock || tag.name[length - 1] == '/') return false;
-  const NameHead head = mark_head(tag.name, length);
-  const u64 colon = head.stop == 0 ? head.colon : head.colon & bits_below(lowest(head.stop));
-  tag.element.colon = colon == 0 ? kNoColon : lowest(colon);
-  if (head.stop != 0 || length > 2 * kLane) {
-    return read_attribute_tag(tag, head, length) || read_long_tag(scan, tag, length);
-  }
-  tag.element.nameLength = length;
-  tag.element.attributeEnd = 0;
-  return true;
-}
-
-// Where the text of an element and its end tag stand, when nothing else is in it.
-struct Leaf {
-  u32 text;
-  u32 textEnd;
-  u32 end;  // of the end tag
-};
-
-inline bool find_leaf(Cursor& ahead, const UsualTag& tag, u32 begin, Leaf& leaf) {
+// Whether "text</name>" stands from `begin` on.
+inline bool find_leaf(Cursor& ahead, const TagName& name, u32 begin, LeafText& leaf) {
+  if (name.length > 2 * kLane) return false;
   const char* text = ahead.text;
-  const u32 length = tag.element.nameLength;
-  u32 close;
-  if (length > 2 * kLane || !next_mark(ahead, close) || text[close] != '<' ||
-      !next_mark(ahead, leaf.end) || text[leaf.end] != '>' || text[close + 1] != '/' ||
-      close >= ahead.limit || leaf.end - close - 2 != length ||
-      !same_name(tag.name, text + close + 2, length)) {
+  const u32 close = next_mark(ahead);
+  const u32 end = next_mark(ahead);
+  if (end >= ahead.limit || end - close != name.length + 2 || text[close] != '<' ||
+      text[end] != '>' || text[close + 1] != '/' ||
+      !same_name(name.text, text + close + 2, name.length)) {
     return false;
   }
-  leaf.text = begin;
-  leaf.textEnd = close;
-  while (leaf.text < close && is_space(text[leaf.text])) ++leaf.text;
-  while (leaf.text < leaf.textEnd && is_space(text[leaf.textEnd - 1])) --leaf.textEnd;
-  return leaf.text < leaf.textEnd;
+  u32 trimmed = close;
+  while (begin < close && is_space(text[begin])) ++begin;
+  while (begin < trimmed && is_space(text[trimmed - 1])) --trimmed;
+  leaf = {begin, trimmed - begin, end};
+  return begin < trimmed;
 }
 
+// A start tag, and the text and the end tag behind it when the element has nothing else.
 inline i32 take_start_tag(Scan& scan, Cursor& cursor, u32 begin, u32 end) {
-  UsualTag tag;
-  tag.name = cursor.text + begin + 1;
-  tag.offset = begin + 1;
-  if (!read_usual_tag(scan, tag, end - begin - 1)) return kUnusual;
-  Leaf leaf;
-  Cursor ahead = cursor;
-  i32 status;
-  if (scan.standing == 0 && find_leaf(ahead, tag, end + 1, leaf)) {
-    status = take_leaf(scan, tag, leaf.text, leaf.textEnd - leaf.text);
-    cursor = ahead;
-    end = leaf.end;
-  } else {
-    status = open_usual(scan, tag);
+  const char* text = cursor.text + begin + 1;
+  TagName name;
+  AttributeTag tag;
+  bool isPlain = read_plain_tag(text, end - begin - 1, name);
+  if (!isPlain) {
+    tag.name = text;
+    tag.offset = begin + 1;
+    if (!read_tag(text, end - begin - 1, tag)) return kUnusual;
+    name = {text, tag.element.nameLength, tag.element.colon};
+    isPlain = !tag.element.has_attribute();
   }
-  if (status != kUnusual) scan.position = end;
-  cursor.at = status == kSuccess ? end + 1 : cursor.at;
-  return status;
+  const Cursor behind = cursor;
+  LeafText leaf;
+  bool stored;
+  if (cursor.text[end + 1] != '<' && scan.standing == 0 && find_leaf(cursor, name, end + 1, leaf)) {
+    end = leaf.end;
+    ++scan.serial;
+    scan.metText = true;
+    stored = isPlain ? take_leaf(scan, name, leaf) : take_attribute_leaf(scan, tag, leaf);
+  } else {
+    cursor = behind;
+    if (scan.depth == scan.open.capacity) return kUnusual;
+    ++scan.serial;
+    stored = isPlain ? open_plain(scan, name, begin + 1) : open_attribute_tag(scan, tag);
+  }
+  cursor.at = end + 1;
+  if (stored) return kSuccess;
+  scan.position = end;
+  return kNoMemory;
 }
 
 // One tag and the text in front of it; kUnusual: what follows cursor.at is for take_next.
 inline i32 take_usual(Scan& scan, Cursor& cursor) {
-  u32 begin;
-  if (!next_mark(cursor, begin) || cursor.text[begin] != '<' || begin >= cursor.limit)
-    return kUnusual;
+  const u32 begin = next_mark(cursor);
+  const u32 end = next_mark(cursor);
+  if (end >= cursor.limit || cursor.text[begin] != '<' || cursor.text[end] != '>') return kUnusual;
   while (cursor.at != begin && is_space(cursor.text[cursor.at])) ++cursor.at;
   if (cursor.at != begin) {
     const i32 status = take_text(scan, cursor.at, begin);
     if (status != kSuccess) return status;
     cursor.at = begin;
   }
-  u32 end;
-  if (!next_mark(cursor, end) || cursor.text[end] != '>' || end >= cursor.limit) return kUnusual;
   const char kind = cursor.text[begin + 1];
   if (is_letter(kind)) return take_start_tag(scan, cursor, begin, end);
   if (kind != '/') return kUnusual;
   const i32 status = take_end_tag(scan, cursor.text, begin, end);
-  scan.position = end;
-  if (status == kSuccess) cursor.at = end + 1;
+  if (status == kSuccess) {
+    cursor.at = end + 1;
+  } else {
+    scan.position = end;
+  }
   return status;
 }
 
