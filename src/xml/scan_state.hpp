@@ -18,7 +18,14 @@ enum ElementFlags : u16 {
   kTrailing = 2,          // an empty text: while it is the innermost, the path ends in "/"
   kElementTargets = 4,    // some target asks for its text
   kAttributeTargets = 8,  // some target asks for an attribute of it
+  // Some node that it matches has children that name no attribute, or such as name one. The nodes'
+  // own flags, moved by kBelowShift.
+  kPlainBelow = 16,
+  kAttributesBelow = 96,
 };
+inline constexpr u32 kBelowShift = 4;
+static_assert(kPlainChildren << kBelowShift == kPlainBelow);
+static_assert((kNamedChildren | kValuedChildren) << kBelowShift == kAttributesBelow);
 
 inline constexpr u16 kNoGeneration = 0xFFFF;  // of an irregular element
 
@@ -295,6 +302,7 @@ inline bool add_alive(Scan& scan, u32 node) {
   const Node& matched = scan.index.nodes[node];
   OpenElement& top = scan.open[scan.depth - 1];
   scan.alive[scan.aliveTop++] = node;
+  top.flags |= static_cast<u16>((matched.flags & kAnyChildren) << kBelowShift);
   if (matched.elementTargets != kNone) top.flags |= kElementTargets;
   if (matched.attributeTargets != kNone) top.flags |= kAttributeTargets;
   if (matched.belowTargets == kNone) return true;
@@ -308,7 +316,8 @@ inline void clear_alive(Scan& scan) {
   OpenElement& top = scan.open[scan.depth - 1];
   scan.aliveTop = top.aliveBegin;
   if (scan.below.size != 0) leave_below(scan);
-  top.flags &= static_cast<u16>(~(kElementTargets | kAttributeTargets));
+  constexpr u32 kOfNodes = kElementTargets | kAttributeTargets | kPlainBelow | kAttributesBelow;
+  top.flags &= static_cast<u16>(~kOfNodes);
   top.flags |= scan.standing;
   if ((top.flags & kTrailing) != 0) top.flags |= kElementTargets;
 }

@@ -187,6 +187,12 @@ struct TagName {
   u32 colon;  // kNoColon without one
 };
 
+// The first colon of a name of up to 2 * kLane bytes.
+inline u32 plain_colon(const char* text, u32 length) {
+  const u64 colon = u64{plain_lane(text).colon} | u64{plain_lane(text + kLane).colon} << kLane;
+  return first_mark(colon & ((u64{1} << length) - 1));
+}
+
 // The key of its local part: no prefix changes that.
 inline u32 hash_of(const TagName& name) {
   const u32 localBegin = name.colon + 1;  // kNoColon + 1 is 0
@@ -327,33 +333,26 @@ struct LeafText {
 };
 
 // "<name>text</name>": nothing has to be opened.
-inline bool take_leaf(Scan& scan, const TagName& name, LeafText text) {
+[[gnu::noinline]] bool take_leaf(Scan& scan, const char* tag, u32 length, LeafText text) {
+  const TagName name = {tag, length, plain_colon(tag, length)};
   return match_plain(scan, name, innermost_nodes(scan),
                      [&](u32 node) { return on_leaf(scan, node, text.begin, text.length); });
 }
 
 [[gnu::noinline]] bool take_attribute_leaf(Scan& scan, const AttributeTag& tag, LeafText text) {
-  scan.metAttributes = true;
   return match_attribute_tag(scan, tag, innermost_nodes(scan), [&](u32 node) {
     return store_attribute(scan, tag, node) && on_leaf(scan, node, text.begin, text.length);
   });
 }
 
-// "<name>": an element with others in it, or without text; its parent matched `parents`.
-inline AliveNodes push_usual(Scan& scan, u32 offset, u32 length) {
-  const AliveNodes parents = innermost_nodes(scan);
-  scan.open[scan.depth++] = {offset, length, scan.aliveTop, scan.generation, scan.standing};
-  return parents;
-}
-
-[[gnu::noinline]] bool open_plain(Scan& scan, TagName name, u32 offset) {
-  const AliveNodes parents = push_usual(scan, offset, name.length);
+// "<name>": an element with others in it, or without text. It is open already; `parents` are the
+// nodes of its parent.
+[[gnu::noinline]] bool open_plain(Scan& scan, const char* tag, u32 length, AliveNodes parents) {
+  const TagName name = {tag, length, plain_colon(tag, length)};
   return match_plain(scan, name, parents, [&](u32 node) { return add_alive(scan, node); });
 }
 
-[[gnu::noinline]] bool open_attribute_tag(Scan& scan, const AttributeTag& tag) {
-  const AliveNodes parents = push_usual(scan, tag.offset, tag.element.nameLength);
-  scan.metAttributes = true;
+[[gnu::noinline]] bool open_attribute_tag(Scan& scan, const AttributeTag& tag, AliveNodes parents) {
   return match_attribute_tag(scan, tag, parents, [&](u32 node) {
     return add_alive(scan, node) && store_attribute(scan, tag, node);
   });
@@ -361,14 +360,10 @@ inline AliveNodes push_usual(Scan& scan, u32 offset, u32 length) {
 
 // Whether a tag of `length` bytes is a name and nothing else; a name with a byte up to "/" in it
 // counts as none.
-inline bool read_plain_tag(const char* text, u32 length, TagName& name) {
+inline bool is_plain_tag(const char* text, u32 length) {
   if (length > 2 * kLane) return false;
-  const PlainMarks head = plain_lane(text);
-  const PlainMarks more = plain_lane(text + kLane);
-  const u64 inside = (u64{1} << length) - 1;
-  const u64 colon = (u64{head.colon} | u64{more.colon} << kLane) & inside;
-  name = {text, length, first_mark(colon)};
-  return ((u64{head.low} | u64{more.low} << kLane) & inside) == 0;
+  const u64 low = u64{plain_lane(text).low} | u64{plain_lane(text + kLane).low} << kLane;
+  return (low & ((u64{1} << length) - 1)) == 0;
 }
 
 // Any other tag that is a name alone or followed by one attribute with a value.
@@ -384,15 +379,21 @@ inline bool read_plain_tag(const char* text, u32 length, TagName& name) {
          ((marks.blank & inValue) == 0 || find_byte(inner_value(tag), '\0') == nullptr);
 }
 
-// Whether "text</name>" stands from `begin` on.
-inline bool find_leaf(Cursor& ahead, const TagName& name, u32 begin, LeafText& leaf) {
-  if (name.length > 2 * kLane) return false;
+// Opens an element; the nodes of its parent.
+inline AliveNodes push_usual(Scan& scan, u32 offset, u32 length) {
+  const AliveNodes parents = innermost_nodes(scan);
+  scan.open[scan.depth++] = {offset, length, scan.aliveTop, scan.generation, scan.standing};
+  return parents;
+}
+
+// Whether "text</name>" stands from `begin` on, with the name's bytes at `name`.
+inline bool find_leaf(Cursor& ahead, const char* name, u32 length, u32 begin, LeafText& leaf) {
+  if (length > 2 * kLane) return false;
   const char* text = ahead.text;
   const u32 close = next_mark(ahead);
   const u32 end = next_mark(ahead);
-  if (end >= ahead.limit || end - close != name.length + 2 || text[close] != '<' ||
-      text[end] != '>' || text[close + 1] != '/' ||
-      !same_name(name.text, text + close + 2, name.length)) {
+  if (end >= ahead.limit || end - close != length + 2 || text[close] != '<' || text[end] != '>' ||
+      text[close + 1] != '/' || !same_name(name, text + close + 2, length)) {
     return false;
   }
   u32 trimmed = close;
@@ -404,31 +405,42 @@ inline bool find_leaf(Cursor& ahead, const TagName& name, u32 begin, LeafText& l
 
 // A start tag, and the text and the end tag behind it when the element has nothing else.
 inline i32 take_start_tag(Scan& scan, Cursor& cursor, u32 begin, u32 end) {
-  const char* text = cursor.text + begin + 1;
-  TagName name;
+  const char* name = cursor.text + begin + 1;
+  u32 length = end - begin - 1;
   AttributeTag tag;
-  bool isPlain = read_plain_tag(text, end - begin - 1, name);
+  bool isPlain = is_plain_tag(name, length);
   if (!isPlain) {
-    tag.name = text;
+    tag.name = name;
     tag.offset = begin + 1;
-    if (!read_tag(text, end - begin - 1, tag)) return kUnusual;
-    name = {text, tag.element.nameLength, tag.element.colon};
+    if (!read_tag(name, length, tag)) return kUnusual;
+    length = tag.element.nameLength;
     isPlain = !tag.element.has_attribute();
+    if (isPlain && length > 2 * kLane) return kUnusual;
   }
+  const bool mayMatch =
+      (scan.open[scan.depth - 1].flags & (isPlain ? kPlainBelow : kAttributesBelow)) != 0;
   const Cursor behind = cursor;
   LeafText leaf;
-  bool stored;
-  if (cursor.text[end + 1] != '<' && scan.standing == 0 && find_leaf(cursor, name, end + 1, leaf)) {
+  bool stored = true;
+  if (cursor.text[end + 1] != '<' && scan.standing == 0 &&
+      find_leaf(cursor, name, length, end + 1, leaf)) {
     end = leaf.end;
     ++scan.serial;
     scan.metText = true;
-    stored = isPlain ? take_leaf(scan, name, leaf) : take_attribute_leaf(scan, tag, leaf);
+    if (mayMatch) {
+      stored = isPlain ? take_leaf(scan, name, length, leaf) : take_attribute_leaf(scan, tag, leaf);
+    }
   } else {
     cursor = behind;
     if (scan.depth == scan.open.capacity) return kUnusual;
     ++scan.serial;
-    stored = isPlain ? open_plain(scan, name, begin + 1) : open_attribute_tag(scan, tag);
+    const AliveNodes parents = push_usual(scan, begin + 1, length);
+    if (mayMatch) {
+      stored = isPlain ? open_plain(scan, name, length, parents)
+                       : open_attribute_tag(scan, tag, parents);
+    }
   }
+  if (!isPlain) scan.metAttributes = true;
   cursor.at = end + 1;
   if (stored) return kSuccess;
   scan.position = end;
