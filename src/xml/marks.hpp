@@ -254,12 +254,25 @@ inline TextMarks text_marks(std::string_view text, u64 begin, u64 length) {
   return marks;
 }
 
-// The same where whole lanes can be read.
-inline TextMarks whole_lanes(const char* bytes, u64 length) {
-  TextMarks marks;
-  for (u32 at = 0; at < length; at += kLane) marks.add(mark_lane(bytes + at), 0, at);
-  marks.keep(bits_below(length));
-  return marks;
+// The marks of a tag of `length` (1 to kBlock) bytes from which whole lanes can be read.
+struct TagMarks {
+  u64 colon = 0;
+  u64 stop = 0;  // any byte up to the blank, and "/"
+  u64 quote = 0;
+  u64 equals = 0;
+};
+
+inline TagMarks tag_marks(const char* bytes, u32 length) {
+  TagMarks marks;
+  for (u32 at = 0; at < length; at += kLane) {
+    const LaneMarks lane = mark_lane(bytes + at);
+    marks.colon |= u64{lane.colon} << at;
+    marks.stop |= u64{lane.blank | lane.slash} << at;
+    marks.quote |= u64{lane.quote} << at;
+    marks.equals |= u64{lane.equals} << at;
+  }
+  const u64 inside = bits_below(length);
+  return {marks.colon & inside, marks.stop & inside, marks.quote & inside, marks.equals & inside};
 }
 
 inline u32 lowest(u32 marks) {

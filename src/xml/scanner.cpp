@@ -231,6 +231,11 @@ bool same_text(std::string_view text, const char* other, u32 length) {
   return text.size() == length && equal_bytes(text.data(), other, length);
 }
 
+// White space at a value's edges and NUL bytes are not for the fast loop.
+bool is_clean_value(std::string_view value) {
+  return !is_space(value.front()) && !is_space(value.back()) && find_byte(value, '\0') == nullptr;
+}
+
 // Whether the tag's attribute answers those that the node names.
 inline bool attribute_matches(Scan& scan, const AttributeTag& tag, const Node& node) {
   if (node.attributeCount == 1) {
@@ -366,17 +371,40 @@ inline bool is_plain_tag(const char* text, u32 length) {
   return (low & ((u64{1} << length) - 1)) == 0;
 }
 
+// Reads `name attribute="value"` by its marks; false for any other tag.
+inline bool read_attribute(const TagMarks& marks, u32 length, AttributeTag& tag) {
+  const u64 open = marks.quote & -marks.quote;
+  const u64 close = marks.quote ^ open;
+  const u64 inNames = open - 1;
+  const u64 blank = marks.stop & -marks.stop;
+  if (close != u64{1} << (length - 1) || close == open << 1 ||
+      (marks.equals & inNames) != open >> 1 || (marks.stop & inNames) != blank || blank == 0 ||
+      blank << 2 == open || (marks.colon & inNames) > blank) {
+    return false;
+  }
+  const u64 colon = marks.colon & ~inNames;
+  SimpleElement& element = tag.element;
+  element.nameLength = lowest(blank);
+  element.colon = first_mark(marks.colon & inNames);
+  element.attributeBegin = element.nameLength + 1;
+  element.valueBegin = lowest(open) + 1;
+  element.attributeEnd = element.valueBegin - 2;
+  element.valueEnd = length - 1;
+  element.valueLocal = colon == 0 ? element.valueBegin : lowest(colon) + 1;
+  const bool isClean = marks.stop == blank || is_clean_value(inner_value(tag));
+  return isClean && is_space(tag.name[element.nameLength]) &&
+         tag.name[element.attributeBegin] != 'x';
+}
+
 // Any other tag that is a name alone or followed by one attribute with a value.
 [[gnu::noinline]] bool read_tag(const char* text, u32 length, AttributeTag& tag) {
   if (length > kBlock) return false;
-  SimpleElement& element = tag.element;
-  const TextMarks marks = whole_lanes(text, length);
-  if (!read_simple_element(marks, length, element)) return false;
-  if (!element.has_attribute()) return true;
-  const u64 inValue = bits_below(element.valueEnd) & ~bits_below(element.valueBegin);
-  return element.has_value() && text[element.attributeBegin] != 'x' &&
-         is_space(text[element.nameLength]) &&
-         ((marks.blank & inValue) == 0 || find_byte(inner_value(tag), '\0') == nullptr);
+  const TagMarks marks = tag_marks(text, length);
+  tag.name = text;
+  if (marks.quote != 0) return read_attribute(marks, length, tag);
+  tag.element.nameLength = length;
+  tag.element.attributeEnd = 0;
+  return marks.stop == 0;
 }
 
 // Opens an element; the nodes of its parent.
@@ -410,7 +438,6 @@ inline i32 take_start_tag(Scan& scan, Cursor& cursor, u32 begin, u32 end) {
   AttributeTag tag;
   bool isPlain = is_plain_tag(name, length);
   if (!isPlain) {
-    tag.name = name;
     tag.offset = begin + 1;
     if (!read_tag(name, length, tag)) return kUnusual;
     length = tag.element.nameLength;
