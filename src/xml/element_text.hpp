@@ -15,11 +15,11 @@ namespace pxcl::xml {
 struct SimpleElement {
   u32 nameLength;
   u32 colon;  // of the name's first ":"; kNoColon without one
-  u32 attributeBegin = 0;
-  u32 attributeEnd = 0;
-  u32 valueBegin = 0;  // behind the opening quote
-  u32 valueEnd = 0;    // at the closing quote
-  u32 valueLocal = 0;  // behind the value's first ":", or its beginning
+  u32 attributeBegin;
+  u32 attributeEnd;
+  u32 valueBegin;  // behind the opening quote
+  u32 valueEnd;    // at the closing quote
+  u32 valueLocal;  // behind the value's first ":", or its beginning
 
   bool has_attribute() const { return attributeEnd != 0; }
   bool has_value() const { return valueBegin != 0; }
@@ -63,6 +63,7 @@ inline bool read_simple_attribute(const TextMarks& marks, u32 length, SimpleElem
 
 // Reads the element whose text has these marks; false when it is not simple.
 inline bool read_simple_element(const TextMarks& marks, u32 length, SimpleElement& element) {
+  element = {};
   element.nameLength = marks.blank == 0 ? length : lowest(marks.blank);
   const u64 inName = bits_below(element.nameLength);
   element.colon = first_mark(marks.colon & inName);
