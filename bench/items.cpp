@@ -75,7 +75,8 @@ double best_seconds(Run run) {
 template <typename Run>
 void measure(benchmark::State& state, Run run) {
   for (auto _ : state) run();
-  state.SetBytesProcessed(static_cast<std::int64_t>(state.iterations() * document().size()));
+  state.SetBytesProcessed(static_cast<std::int64_t>(state.iterations()) *
+                          static_cast<std::int64_t>(document().size()));
   state.counters["in_scans"] = best_seconds(run) / best_seconds(scan_once);
 }
 
