@@ -187,11 +187,12 @@ void measure(benchmark::State& state, Answer (*answer)()) {
     std::exit(1);
   }
   for (auto _ : state) benchmark::DoNotOptimize(answer());
-  state.SetBytesProcessed(static_cast<std::int64_t>(state.iterations() * reply().size()));
+  state.SetBytesProcessed(static_cast<std::int64_t>(state.iterations()) *
+                          static_cast<std::int64_t>(reply().size()));
 }
 
-BENCHMARK_CAPTURE(measure, library, library);
-BENCHMARK_CAPTURE(measure, rapidxml, rapidxml_walk);
-BENCHMARK_CAPTURE(measure, pugixml, pugixml_walk);
+BENCHMARK_CAPTURE(measure, library, library)->Name("settings/library");
+BENCHMARK_CAPTURE(measure, rapidxml, rapidxml_walk)->Name("settings/rapidxml");
+BENCHMARK_CAPTURE(measure, pugixml, pugixml_walk)->Name("settings/pugixml");
 
 }  // namespace
