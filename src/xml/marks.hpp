@@ -29,7 +29,7 @@ struct NameMarks {
   u32 stop;
 };
 
-// The colons of a plain name, and the bytes up to "/", which an usual name does not hold.
+// The colons of a plain name, and the bytes up to "/", which a usual name does not hold.
 struct PlainMarks {
   u32 colon;
   u32 low;
