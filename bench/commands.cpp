@@ -1,57 +1,57 @@
 // SPDX-FileCopyrightText: 2026 The pxcl developers
 // SPDX-License-Identifier: Apache-2.0
 
-// One command of each kind, against two libraries that build the same document element by element
-// and write it out. All documents are compared before the clock starts.
+// One command of each kind, against libraries that build the same document element by element and
+// write it out, by a writer that needs no tree where they have one. All documents are compared before the clock starts.
 
-#include <benchmark/benchmark.h>
 #include <libxml/xmlwriter.h>
+#include <tinyxml2.h>
 
-#include <cstdio>
-#include <cstdlib>
+#include <memory>
 #include <pugixml.hpp>
+#include <rapidxml/rapidxml.hpp>
+#include <rapidxml/rapidxml_print.hpp>
 #include <string>
 #include <string_view>
 #include <utility>
 #include <vector>
 
 #include "commands.h"
+#include "harness.hpp"
 
 namespace {
 
 constexpr const char* kJob = "00000042";
 
-[[noreturn]] void fail(const std::string& message) {
-  std::fprintf(stderr, "%s\n", message.c_str());
-  std::exit(1);
-}
+using pxcl_bench::fail;
 
 struct Command {
   const char* name;
+  const char* title;
   int32_t (*make)(char* buffer, uint64_t size, uint64_t* length);
 };
 
 const Command kCommands[] = {
-    {"fixed_power_off", CLSS_MakeCommand_PowerOff},
-    {"formatted_start_job",
+    {"fixed_power_off", "power off: fixed text", CLSS_MakeCommand_PowerOff},
+    {"formatted_start_job", "start a job",
      [](char* b, uint64_t s, uint64_t* l) {
        return CLSS_MakeCommand_StartJob3(0, 3, "Sheet 3 of 5", 3, kJob, "0", b, s, l);
      }},
-    {"formatted_end_job",
+    {"formatted_end_job", "end a job",
      [](char* b, uint64_t s, uint64_t* l) { return CLSS_MakeCommand_EndJob(0, kJob, b, s, l); }},
-    {"formatted_set_configuration",
+    {"formatted_set_configuration", "set the configuration",
      [](char* b, uint64_t s, uint64_t* l) {
        return CLSS_MakeCommand_SetConfigurationNS({2, 4, 12, 2}, {1, 4}, kJob, nullptr, 0, b, s, l);
      }},
-    {"keyed_send_data",
+    {"keyed_send_data", "send data",
      [](char* b, uint64_t s, uint64_t* l) {
        return CLSS_MakeCommand_SendDataPWGRaster(kJob, 123456, b, s, l);
      }},
-    {"keyed_set_job_configuration",
+    {"keyed_set_job_configuration", "set a job's configuration",
      [](char* b, uint64_t s, uint64_t* l) {
        return CLSS_MakeCommand_SetJobConfiguration(kJob, "20240102030405", 2, b, s, l);
      }},
-    {"maintenance_cleaning",
+    {"maintenance_cleaning", "clean",
      [](char* b, uint64_t s, uint64_t* l) { return CLSS_MakeCommand_Cleaning(kJob, b, s, l); }},
 };
 
@@ -90,62 +90,143 @@ Document make_room(const Command& command) {
   return document;
 }
 
-// ---- pugixml ----
+// ---- The peers: build() makes the document, text() is it ----
 
-void append(pugi::xml_node parent, const Element& element) {
-  pugi::xml_node node = parent.append_child(element.name.c_str());
-  for (const auto& [name, value] : element.attributes) {
-    node.append_attribute(name.c_str()).set_value(value.c_str());
+class PugiXml {
+ public:
+  void build(const Element& root) {
+    writer_.text.clear();
+    tree_.reset();
+    append(tree_, root);
+    tree_.save(writer_, "", pugi::format_raw, pugi::encoding_utf8);
   }
-  if (!element.text.empty()) {
-    node.append_child(element.isCData ? pugi::node_cdata : pugi::node_pcdata)
-        .set_value(element.text.c_str());
-  }
-  for (const Element& child : element.children) append(node, child);
-}
+  std::string_view text() const { return writer_.text; }
 
-struct StringWriter : pugi::xml_writer {
-  std::string text;
-  void write(const void* data, size_t size) override {
-    text.append(static_cast<const char*>(data), size);
+  struct Writer : pugi::xml_writer {
+    std::string text;
+    void write(const void* data, size_t size) override {
+      text.append(static_cast<const char*>(data), size);
+    }
+  };
+
+ private:
+  static void append(pugi::xml_node parent, const Element& element) {
+    pugi::xml_node node = parent.append_child(element.name.c_str());
+    for (const auto& [name, value] : element.attributes) {
+      node.append_attribute(name.c_str()).set_value(value.c_str());
+    }
+    if (!element.text.empty()) {
+      node.append_child(element.isCData ? pugi::node_cdata : pugi::node_pcdata)
+          .set_value(element.text.c_str());
+    }
+    for (const Element& child : element.children) append(node, child);
   }
+
+  pugi::xml_document tree_;
+  Writer writer_;
 };
 
-void build_pugixml(const Element& root, StringWriter& writer) {
-  writer.text.clear();
-  pugi::xml_document document;
-  append(document, root);
-  document.save(writer, "", pugi::format_raw, pugi::encoding_utf8);
-}
-
-// ---- libxml2 ----
-
-const xmlChar* chars(const std::string& text) {
-  return reinterpret_cast<const xmlChar*>(text.c_str());
-}
-
-void write(xmlTextWriter* writer, const Element& element) {
-  xmlTextWriterStartElement(writer, chars(element.name));
-  for (const auto& [name, value] : element.attributes) {
-    xmlTextWriterWriteAttribute(writer, chars(name), chars(value));
+// Its nodes point to the texts that they are given; it writes into a buffer that is large enough.
+class RapidXml {
+ public:
+  void build(const Element& root) {
+    tree_.clear();
+    auto* declaration = tree_.allocate_node(rapidxml::node_declaration);
+    declaration->append_attribute(tree_.allocate_attribute("version", "1.0"));
+    tree_.append_node(declaration);
+    append(&tree_, root);
+    length_ = static_cast<std::size_t>(
+        rapidxml::print(buffer_.data(), tree_, rapidxml::print_no_indenting) - buffer_.data());
   }
-  if (element.isCData) {
-    xmlTextWriterWriteCDATA(writer, chars(element.text));
-  } else if (!element.text.empty()) {
-    xmlTextWriterWriteString(writer, chars(element.text));
-  }
-  for (const Element& child : element.children) write(writer, child);
-  xmlTextWriterEndElement(writer);
-}
+  std::string_view text() const { return {buffer_.data(), length_}; }
 
-void build_libxml2(const Element& root, xmlBuffer* buffer) {
-  xmlBufferEmpty(buffer);
-  xmlTextWriter* const writer = xmlNewTextWriterMemory(buffer, 0);
-  xmlTextWriterStartDocument(writer, nullptr, nullptr, nullptr);
-  write(writer, root);
-  xmlTextWriterEndDocument(writer);
-  xmlFreeTextWriter(writer);
-}
+ private:
+  void append(rapidxml::xml_node<>* parent, const Element& element) {
+    auto* node = tree_.allocate_node(rapidxml::node_element, element.name.data(), nullptr,
+                                     element.name.size());
+    parent->append_node(node);
+    for (const auto& [name, value] : element.attributes) {
+      node->append_attribute(
+          tree_.allocate_attribute(name.data(), value.data(), name.size(), value.size()));
+    }
+    if (!element.text.empty()) {
+      node->append_node(
+          tree_.allocate_node(element.isCData ? rapidxml::node_cdata : rapidxml::node_data, nullptr,
+                              element.text.data(), 0, element.text.size()));
+    }
+    for (const Element& child : element.children) append(node, child);
+  }
+
+  rapidxml::xml_document<> tree_;
+  std::vector<char> buffer_ = std::vector<char>(64 * 1024);
+  std::size_t length_ = 0;
+};
+
+class TinyXml2 {
+ public:
+  void build(const Element& root) {
+    printer_.ClearBuffer();
+    printer_.PushHeader(false, true);
+    write(root);
+  }
+  std::string_view text() const {
+    return {printer_.CStr(), static_cast<std::size_t>(printer_.CStrSize() - 1)};
+  }
+
+ private:
+  void write(const Element& element) {
+    printer_.OpenElement(element.name.c_str(), true);
+    for (const auto& [name, value] : element.attributes) {
+      printer_.PushAttribute(name.c_str(), value.c_str());
+    }
+    if (!element.text.empty()) printer_.PushText(element.text.c_str(), element.isCData);
+    for (const Element& child : element.children) write(child);
+    printer_.CloseElement(true);
+  }
+
+  tinyxml2::XMLPrinter printer_{nullptr, true};
+};
+
+class LibXml2 {
+ public:
+  LibXml2() : buffer_(xmlBufferCreate()) {}
+  LibXml2(const LibXml2&) = delete;
+  LibXml2& operator=(const LibXml2&) = delete;
+  ~LibXml2() { xmlBufferFree(buffer_); }
+
+  void build(const Element& root) {
+    xmlBufferEmpty(buffer_);
+    xmlTextWriter* const writer = xmlNewTextWriterMemory(buffer_, 0);
+    xmlTextWriterStartDocument(writer, nullptr, nullptr, nullptr);
+    write(writer, root);
+    xmlTextWriterEndDocument(writer);
+    xmlFreeTextWriter(writer);
+  }
+  std::string_view text() const {
+    return {reinterpret_cast<const char*>(xmlBufferContent(buffer_)),
+            static_cast<std::size_t>(xmlBufferLength(buffer_))};
+  }
+
+ private:
+  static const xmlChar* chars(const std::string& text) {
+    return reinterpret_cast<const xmlChar*>(text.c_str());
+  }
+  static void write(xmlTextWriter* writer, const Element& element) {
+    xmlTextWriterStartElement(writer, chars(element.name));
+    for (const auto& [name, value] : element.attributes) {
+      xmlTextWriterWriteAttribute(writer, chars(name), chars(value));
+    }
+    if (element.isCData) {
+      xmlTextWriterWriteCDATA(writer, chars(element.text));
+    } else if (!element.text.empty()) {
+      xmlTextWriterWriteString(writer, chars(element.text));
+    }
+    for (const Element& child : element.children) write(writer, child);
+    xmlTextWriterEndElement(writer);
+  }
+
+  xmlBuffer* buffer_;
+};
 
 // ---- Before the clock ----
 
@@ -173,51 +254,41 @@ std::string spell(std::string_view text, Element* root = nullptr) {
     fail("a document that does not parse");
   }
   if (root != nullptr) *root = describe(document.document_element());
-  StringWriter writer;
+  PugiXml::Writer writer;
   document.document_element().print(writer, "", pugi::format_raw);
   return writer.text;
 }
 
-void add(const Command& command) {
-  const Document made = make_room(command);
-  Element root;
-  const std::string expected = spell(made.text(), &root);
-  StringWriter writer;
-  build_pugixml(root, writer);
-  xmlBuffer* const buffer = xmlBufferCreate();
-  build_libxml2(root, buffer);
-  const std::string libxml2(reinterpret_cast<const char*>(xmlBufferContent(buffer)));
-  xmlBufferFree(buffer);
-  if (spell(writer.text) != expected || spell(libxml2) != expected) fail("documents differ");
-
-  const std::string name = command.name;
-  benchmark::RegisterBenchmark((name + "/pxcl").c_str(), [command](benchmark::State& state) {
-    Document document = make_room(command);
-    for (auto _ : state) {
-      build_pxcl(command, document);
-      benchmark::DoNotOptimize(document.buffer.data());
-    }
-  });
-  benchmark::RegisterBenchmark((name + "/pugixml").c_str(), [root](benchmark::State& state) {
-    StringWriter output;
-    for (auto _ : state) {
-      build_pugixml(root, output);
-      benchmark::DoNotOptimize(output.text.data());
-    }
-  });
-  benchmark::RegisterBenchmark((name + "/libxml2").c_str(), [root](benchmark::State& state) {
-    xmlBuffer* const output = xmlBufferCreate();
-    for (auto _ : state) {
-      build_libxml2(root, output);
-      benchmark::DoNotOptimize(output);
-    }
-    xmlBufferFree(output);
-  });
+template <typename Peer>
+void add_peer(const pxcl_bench::Task& task, const char* who, const Element& root,
+              const std::string& expected) {
+  const auto prepare = [root] {
+    return [root, peer = std::make_shared<Peer>()] {
+      peer->build(root);
+      return peer->text();
+    };
+  };
+  const auto build = prepare();
+  build();
+  if (spell(build()) != expected) fail(task.name + ": " + who + " builds something else");
+  pxcl_bench::add_row(task, who, prepare);
 }
 
-[[maybe_unused]] const bool kRegistered = [] {
-  for (const Command& command : kCommands) add(command);
-  return true;
-}();
+void add_command(const Command& command) {
+  const pxcl_bench::Task task = {command.name, command.title};
+  Element root;
+  const std::string expected = spell(make_room(command).text(), &root);
+  pxcl_bench::add_row(task, "pxcl", [command] {
+    return [command, document = make_room(command)]() mutable { build_pxcl(command, document); };
+  });
+  add_peer<RapidXml>(task, "rapidxml", root, expected);
+  add_peer<PugiXml>(task, "pugixml", root, expected);
+  add_peer<TinyXml2>(task, "tinyxml2", root, expected);
+  add_peer<LibXml2>(task, "libxml2", root, expected);
+}
 
 }  // namespace
+
+void pxcl_bench::add_rows() {
+  for (const Command& command : kCommands) add_command(command);
+}

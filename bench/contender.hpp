@@ -5,6 +5,7 @@
 
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -38,14 +39,9 @@ class Contender {
 };
 
 // The question outlives the contender; whatever can be prepared once is prepared here.
-using MakeContender = std::unique_ptr<Contender> (*)(const Question& question);
+using MakeContender = std::function<std::unique_ptr<Contender>(const Question& question)>;
 
 std::unique_ptr<Contender> make_engine(const Question& question);
-std::unique_ptr<Contender> make_rapidxml(const Question& question);
-std::unique_ptr<Contender> make_rapidxml_copying(const Question& question);
-std::unique_ptr<Contender> make_pugixml(const Question& question);
-std::unique_ptr<Contender> make_expat(const Question& question);
-std::unique_ptr<Contender> make_libxml2(const Question& question);
 // Visits every "<", ">" and quote and answers nothing: what reading alone takes.
 std::unique_ptr<Contender> make_floor(const Question& question);
 

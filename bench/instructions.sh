@@ -2,23 +2,22 @@
 # SPDX-FileCopyrightText: 2026 The pxcl developers
 # SPDX-License-Identifier: Apache-2.0
 
-# Instructions per call, by callgrind: instructions.sh ENGINE [CASE...]. What a run takes beside the
-# calls is cancelled out by counting two runs of different length. Writes "CASE NAME COUNT" lines.
+# Instructions per call of every row of benchmark programs, counted by callgrind:
+# instructions.sh PROGRAM... writes "COUNT PROGRAM ROW" lines. Unlike times they are the same on a
+# busy machine.
 set -eu
 
-engine=$1
-shift
-[ $# -gt 0 ] || set -- status job_list capability replace
+folder=$(mktemp -d)
+trap 'rm -rf "$folder"' EXIT
 
-collected() { # CASE/NAME CALLS: instructions of the whole program
-  valgrind --tool=callgrind --callgrind-out-file=/dev/null "$engine" --once "$1" "$2" 2>&1 |
-    sed -n 's/.*Collected : \([0-9]*\).*/\1/p'
-}
-
-for case in "$@"; do
-  for name in engine rapidxml pugixml expat libxml2 floor; do
-    few=$(collected "$case/$name" 5)
-    many=$(collected "$case/$name" 25)
-    echo "$case $name $(((many - few) / 20))"
-  done
+for program in "$@"; do
+  name=$(basename "$program")
+  valgrind --tool=callgrind --log-file="$folder/log" --callgrind-out-file="$folder/$name" \
+    "$program" --count || { cat "$folder/log" >&2; exit 1; }
+  # Each row of the program has left a dump of its own: 10 calls.
+  awk -v program="$name" '
+    /^desc: Trigger: Client Request: / { row = substr($0, 32) }
+    /^summary: / && row != "" { printf "%.0f %s %s\n", $2 / 10, program, row; row = "" }
+  ' $(ls "$folder/$name".* | sort -t . -k 2 -n)
+  rm -f "$folder/$name"*
 done

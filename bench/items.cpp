@@ -1,20 +1,19 @@
 // SPDX-FileCopyrightText: 2026 The pxcl developers
 // SPDX-License-Identifier: Apache-2.0
 
-// Item sets out of a capability reply, against the price of one scan of it, and look-ups.
+// Item sets out of a capability reply, beside one scan of it for a single key, and look-ups. Nobody
+// else does these.
 
-#include <benchmark/benchmark.h>
-
-#include <chrono>
-#include <cstdio>
-#include <cstdlib>
 #include <string>
 #include <string_view>
 
 #include "documents.hpp"
+#include "harness.hpp"
 #include "keyed.h"
 
 namespace {
+
+using pxcl_bench::fail;
 
 constexpr std::uint16_t kGetCapabilityResponse = 2;
 constexpr char kTemplate[] = "cmd/zirk:contents/zirk:param_set servicetype=\"print\"/%s:%s";
@@ -36,11 +35,6 @@ ItemSet paper_sizes() {
           CLSS_DICNUM_PAPERSIZE};
 }
 
-[[noreturn]] void fail(const char* message) {
-  std::fprintf(stderr, "%s\n", message);
-  std::exit(1);
-}
-
 // One scan of the document for one key, by the engine's own request.
 void scan_once() {
   ClXmlParameter parameter = {kOperation.data(), kOperation.size(), 0, 0, nullptr, 0, 0, 0};
@@ -59,63 +53,44 @@ void read_items(ItemSet* items, int count) {
   ReleaseItemSetList(items, count);
 }
 
-template <typename Run>
-double best_seconds(Run run) {
-  double best = 1;
-  for (int i = 0; i < 50; ++i) {
-    const auto begin = std::chrono::steady_clock::now();
-    run();
-    best = std::min(
-        best, std::chrono::duration<double>(std::chrono::steady_clock::now() - begin).count());
-  }
-  return best;
+void read_item_sets(int count) {
+  ItemSet items[8];
+  for (ItemSet& item : items) item = paper_sizes();
+  read_items(items, count);
 }
 
-// `in_scans`: what the call costs, in scans of its document for a single key.
-template <typename Run>
-void measure(benchmark::State& state, Run run) {
-  for (auto _ : state) run();
-  state.SetBytesProcessed(static_cast<std::int64_t>(state.iterations()) *
-                          static_cast<std::int64_t>(document().size()));
-  state.counters["in_scans"] = best_seconds(run) / best_seconds(scan_once);
-}
+struct Keyword {
+  const char* name;
+  const char* title;
+  std::string_view text;
+  std::uint16_t row;
+};
+constexpr Keyword kKeywords[] = {
+    {"first_row", "keyword of the first row", "na_letter_8.5x11in", 1},
+    {"middle_row", "keyword of a row in the middle", "custom_vaslo_215x345mm", 28},
+    {"middle_row_with_blanks", "the same between blanks", " custom_vaslo_215x345mm , other", 28},
+    {"last_row", "keyword of the last row", "custom_vaslo_89x89mm", 82},
+    {"no_row", "keyword of no row", "custom_vaslo_999x999mm", 65535},
+};
 
-void one_key(benchmark::State& state) {
-  measure(state, scan_once);
-}
-
-void one_item_set(benchmark::State& state) {
-  measure(state, [] {
-    ItemSet item = paper_sizes();
-    read_items(&item, 1);
-  });
-}
-
-void eight_item_sets(benchmark::State& state) {
-  measure(state, [] {
-    ItemSet items[8];
-    for (ItemSet& item : items) item = paper_sizes();
-    read_items(items, 8);
-  });
-}
-
-void look_up(benchmark::State& state, std::string_view keyword, std::uint16_t expected) {
+void look_up(const Keyword& keyword) {
   std::uint16_t index = 0, code = 0;
-  for (auto _ : state) {
-    GetVasloID(glb_clssdicPaperSizeTbl, CLSS_DICNUM_PAPERSIZE, keyword.data(), keyword.size(),
-               &index, &code);
-    benchmark::DoNotOptimize(index);
-  }
-  if (index != expected) fail("another row");
+  GetVasloID(glb_clssdicPaperSizeTbl, CLSS_DICNUM_PAPERSIZE, keyword.text.data(),
+             keyword.text.size(), &index, &code);
+  if (index != keyword.row) fail("another row");
 }
-
-BENCHMARK(one_key);
-BENCHMARK(one_item_set);
-BENCHMARK(eight_item_sets);
-BENCHMARK_CAPTURE(look_up, first_row, "na_letter_8.5x11in", 1);
-BENCHMARK_CAPTURE(look_up, middle_row, "custom_vaslo_215x345mm", 28);
-BENCHMARK_CAPTURE(look_up, middle_row_with_blanks, " custom_vaslo_215x345mm , other", 28);
-BENCHMARK_CAPTURE(look_up, last_row, "custom_vaslo_89x89mm", 82);
-BENCHMARK_CAPTURE(look_up, no_row, "custom_vaslo_999x999mm", 65535);
 
 }  // namespace
+
+void pxcl_bench::add_rows() {
+  const std::size_t bytes = document().size();
+  add_row({"one_key", "value of one key", bytes}, "pxcl", [] { return scan_once; });
+  add_row({"one_item_set", "one item set", bytes}, "pxcl",
+          [] { return [] { read_item_sets(1); }; });
+  add_row({"eight_item_sets", "eight item sets", bytes}, "pxcl",
+          [] { return [] { read_item_sets(8); }; });
+  for (const Keyword& keyword : kKeywords) {
+    add_row({keyword.name, keyword.title}, "pxcl",
+            [&keyword] { return [&keyword] { look_up(keyword); }; });
+  }
+}

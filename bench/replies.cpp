@@ -6,241 +6,22 @@
 // the clock starts. The peers take each element once, by hashed names, and look keywords up by
 // hash.
 
-#include <benchmark/benchmark.h>
-#include <expat.h>
-#include <libxml/parser.h>
-
 #include <algorithm>
 #include <array>
 #include <charconv>
-#include <cstdio>
-#include <cstdlib>
-#include <memory>
-#include <pugixml.hpp>
-#include <span>
+#include <cstring>
 
 #include "documents.hpp"
-#include "peers.hpp"
+#include "finder.hpp"
+#include "harness.hpp"
 #include "responses.h"
 
 namespace {
 
-using pxcl_bench::Level;
-using pxcl_bench::Plan;
-using pxcl_bench::Step;
+using pxcl_bench::fail;
 using pxcl_bench::Table;
-
-[[noreturn]] void fail(const std::string& message) {
-  std::fprintf(stderr, "%s\n", message.c_str());
-  std::exit(1);
-}
-
-// --- What a peer finds: the values at the paths, in the order of the document --------------------
-
-struct Value {
-  std::uint32_t path;
-  std::string_view text;
-  std::string_view key;  // the attribute value by which the element was chosen
-};
-using Values = std::vector<Value>;
-
-class Peer {
- public:
-  // A path from number `keyed` on that ends in an attribute asks for the element's text; the
-  // attribute is the value's key.
-  Peer(const std::vector<std::string>& paths, std::uint32_t keyed) : plan_(paths), keyed_(keyed) {}
-  virtual ~Peer() = default;
-  virtual const Values& read(std::string_view document) = 0;
-
- protected:
-  // The path that wants the text of an element, or Step::kNobody; stores an attribute that is
-  // wanted.
-  std::uint32_t take(const Step& step, std::string_view key) {
-    if (step.attribute == Step::kNobody) return step.text;
-    if (step.attribute >= keyed_) return step.attribute;
-    values_.push_back({step.attribute, key, {}});
-    return step.text;
-  }
-
-  Plan plan_;
-  std::uint32_t keyed_;
-  Values values_;
-};
-
-class PugiXml final : public Peer {
- public:
-  using Peer::Peer;
-  const Values& read(std::string_view document) override {
-    text_.resize(document.size());
-    std::memcpy(text_.data(), document.data(), document.size());
-    values_.clear();
-    document_.load_buffer_inplace(text_.data(), text_.size(),
-                                  pugi::parse_minimal | pugi::parse_embed_pcdata,
-                                  pugi::encoding_utf8);
-    walk(document_, plan_.root());
-    return values_;
-  }
-
- private:
-  void walk(pugi::xml_node parent, const Level& level) {
-    for (pugi::xml_node node = parent.first_child(); node; node = node.next_sibling()) {
-      std::string_view key;
-      const auto attribute = [node](const std::string& name) -> std::string_view {
-        const pugi::xml_attribute found = node.attribute(name.c_str());
-        if (!found) return {};
-        return found.value();
-      };
-      const Step* step = pxcl_bench::step_for(level, node.name(), attribute, key);
-      if (!step) continue;
-      const std::uint32_t wanted = take(*step, key);
-      if (wanted != Step::kNobody) values_.push_back({wanted, node.child_value(), key});
-      if (step->below) walk(node, *step->below);
-    }
-  }
-
-  std::string text_;
-  pugi::xml_document document_;
-};
-
-// Texts and attribute values are gone after their event: they are kept in one block.
-class Events : public Peer {
- public:
-  using Peer::Peer;
-
- protected:
-  void begin(std::string_view document) {
-    block_.resize(2 * document.size());
-    used_ = 0;
-    values_.clear();
-    levels_.assign(1, &plan_.root());
-    unwanted_ = 0;
-    wanted_ = Step::kNobody;
-  }
-  template <typename AttributeOf>
-  void open(std::string_view name, const AttributeOf& attribute) {
-    finish();
-    std::string_view key;
-    const Step* step = unwanted_ > 0 || !levels_.back()
-                           ? nullptr
-                           : pxcl_bench::step_for(*levels_.back(), name, attribute, key);
-    if (!step) {
-      ++unwanted_;
-      return;
-    }
-    key_ = keep(key);
-    wanted_ = take(*step, key_);
-    textBegin_ = used_;
-    levels_.push_back(step->below);
-  }
-  void text(const char* text, std::size_t length) {
-    if (wanted_ != Step::kNobody) keep({text, length});
-  }
-  void close() {
-    finish();
-    if (unwanted_ > 0) {
-      --unwanted_;
-    } else {
-      levels_.pop_back();
-    }
-  }
-
- private:
-  std::string_view keep(std::string_view text) {
-    char* place = block_.data() + used_;
-    std::memcpy(place, text.data(), text.size());
-    used_ += text.size();
-    return {place, text.size()};
-  }
-  void finish() {
-    if (wanted_ == Step::kNobody) return;
-    values_.push_back({wanted_, {block_.data() + textBegin_, used_ - textBegin_}, key_});
-    wanted_ = Step::kNobody;
-  }
-
-  std::string block_;
-  std::size_t used_ = 0, textBegin_ = 0, unwanted_ = 0;
-  std::vector<const Level*> levels_;
-  std::uint32_t wanted_ = Step::kNobody;
-  std::string_view key_;
-};
-
-class Expat final : public Events {
- public:
-  Expat(const std::vector<std::string>& paths, std::uint32_t keyed)
-      : Events(paths, keyed), parser_(XML_ParserCreate("UTF-8")) {}
-  ~Expat() override { XML_ParserFree(parser_); }
-  const Values& read(std::string_view document) override {
-    begin(document);
-    XML_ParserReset(parser_, "UTF-8");
-    XML_SetUserData(parser_, this);
-    XML_SetElementHandler(parser_, on_start,
-                          [](void* self, const char*) { static_cast<Expat*>(self)->close(); });
-    XML_SetCharacterDataHandler(parser_, [](void* self, const char* text, int length) {
-      static_cast<Expat*>(self)->text(text, static_cast<std::size_t>(length));
-    });
-    XML_Parse(parser_, document.data(), static_cast<int>(document.size()), 1);
-    return values_;
-  }
-
- private:
-  static void on_start(void* self, const char* name, const char** attributes) {
-    static_cast<Expat*>(self)->open(name,
-                                    [attributes](const std::string& wanted) -> std::string_view {
-                                      for (const char** pair = attributes; *pair; pair += 2) {
-                                        if (wanted == *pair) return pair[1];
-                                      }
-                                      return {};
-                                    });
-  }
-
-  XML_Parser parser_;
-};
-
-class LibXml2 final : public Events {
- public:
-  LibXml2(const std::vector<std::string>& paths, std::uint32_t keyed)
-      : Events(paths, keyed), context_(xmlNewParserCtxt()) {
-    xmlSAXHandler handler = {};
-    handler.initialized = XML_SAX2_MAGIC;
-    handler.startElementNs = on_start;
-    handler.endElementNs = [](void* self, const xmlChar*, const xmlChar*, const xmlChar*) {
-      static_cast<LibXml2*>(self)->close();
-    };
-    handler.characters = [](void* self, const xmlChar* text, int length) {
-      static_cast<LibXml2*>(self)->text(chars(text), static_cast<std::size_t>(length));
-    };
-    *context_->sax = handler;
-    context_->userData = this;
-  }
-  ~LibXml2() override { xmlFreeParserCtxt(context_); }
-  const Values& read(std::string_view document) override {
-    begin(document);
-    xmlCtxtReadMemory(context_, document.data(), static_cast<int>(document.size()), nullptr,
-                      "UTF-8", XML_PARSE_NONET);
-    return values_;
-  }
-
- private:
-  static const char* chars(const xmlChar* text) { return reinterpret_cast<const char*>(text); }
-  static void on_start(void* self, const xmlChar* local, const xmlChar* prefix, const xmlChar*, int,
-                       const xmlChar**, int count, int, const xmlChar** attributes) {
-    LibXml2* parser = static_cast<LibXml2*>(self);
-    std::string& name = parser->name_;
-    name.clear();
-    if (prefix) name.assign(chars(prefix)).append(1, ':');
-    name.append(chars(local));
-    parser->open(name, [=](const std::string& wanted) -> std::string_view {
-      for (const xmlChar** row = attributes; row != attributes + 5 * count; row += 5) {
-        if (wanted == chars(row[0]))
-          return {chars(row[3]), static_cast<std::size_t>(row[4] - row[3])};
-      }
-      return {};
-    });
-  }
-
-  xmlParserCtxtPtr context_;
-  std::string name_;
-};
+using pxcl_bench::Value;
+using pxcl_bench::Values;
 
 // --- What a peer makes of its values -------------------------------------------------------------
 
@@ -350,6 +131,7 @@ struct Result {
 
 struct Job {
   const char* name;
+  const char* title;
   std::string document;
   std::vector<std::string> paths;
   std::uint32_t keyed;
@@ -698,14 +480,14 @@ std::vector<Job> jobs() {
   statusPaths.push_back(kContents + "zirk:operation");
   const auto sizes = [](const Result& a, const Result& b) { return same_bytes(a.sizes, b.sizes); };
   const auto types = [](const Result& a, const Result& b) { return same_bytes(a.types, b.types); };
-  constexpr std::uint32_t kNone = ~0U;
   return {
-      {"common header, 0.4 KB", start_job_reply(), head_paths(), kNone, our_head, their_head,
+      {"header", "common header of a reply", start_job_reply(), head_paths(),
+       pxcl_bench::kNoneKeyed, our_head, their_head,
        [](const Result& a, const Result& b) {
          return std::memcmp(&a.head, &b.head, sizeof a.head) == 0;
        }},
-      {"full status, 4 KB", pxcl_bench::status_reply(), statusPaths, kNone, our_status,
-       their_status,
+      {"full_status", "full status", pxcl_bench::status_reply(), statusPaths,
+       pxcl_bench::kNoneKeyed, our_status, their_status,
        [](const Result& a, const Result& b) {
          // What stands behind the end of the bins means nothing.
          return std::memcmp(&a.status.common, &b.status.common, sizeof a.status.common) == 0 &&
@@ -715,75 +497,65 @@ std::vector<Job> jobs() {
                 a.status.inkState == b.status.inkState && a.status.jobState == b.status.jobState &&
                 a.status.completeImpression == b.status.completeImpression;
        }},
-      {"500 job identifiers",
+      {"job_identifiers",
+       "500 job identifiers",
        pxcl_bench::job_list_reply(500),
        {pxcl_bench::job_list_path()},
-       kNone,
+       pxcl_bench::kNoneKeyed,
        our_jobs,
        their_jobs,
        [](const Result& a, const Result& b) { return same_bytes(a.jobs, b.jobs); }},
-      {"all sizes, 100 KB", pxcl_bench::capability_reply(kCapabilitySize),
+      {"sizes", "all paper sizes", pxcl_bench::capability_reply(kCapabilitySize),
        capability_paths({"papersize"}, "papersize",
                         {"printarea_border", "printarea_borderless", "printarea_duplex",
                          "margin_border", "margin_borderless", "margin_duplex"}),
        5, our_sizes, their_sizes, sizes},
-      {"all media types, 100 KB", pxcl_bench::capability_reply(kCapabilitySize),
+      {"types", "all media types", pxcl_bench::capability_reply(kCapabilitySize),
        capability_paths({"papertype", "stapleside"}, "papertype",
                         {"borderlessprint", "printcolormode", "duplexprint"}),
        8, our_types, their_types, types},
-      {"sizes by index, 100 KB",
+      {"sizes_by_index",
+       "all paper sizes, one call each",
        pxcl_bench::capability_reply(kCapabilitySize),
        {},
-       kNone,
+       pxcl_bench::kNoneKeyed,
        our_sizes_by_index,
        nullptr,
        nullptr},
-      {"media types by index, 100 KB",
+      {"types_by_index",
+       "all media types, one call each",
        pxcl_bench::capability_reply(kCapabilitySize),
        {},
-       kNone,
+       pxcl_bench::kNoneKeyed,
        our_types_by_index,
        nullptr,
        nullptr},
   };
 }
 
-void run(benchmark::State& state, const Job& job, Peer* peer) {
-  Result result;
-  for (auto _ : state) {
-    if (peer) {
-      job.theirs(peer->read(job.document), result);
-    } else {
-      job.ours(job.document, result);
-    }
-    benchmark::DoNotOptimize(result);
-  }
-  state.SetBytesProcessed(static_cast<std::int64_t>(state.iterations()) *
-                          static_cast<std::int64_t>(job.document.size()));
-}
-
-void register_job(const Job& job) {
-  const std::string name = job.name;
-  benchmark::RegisterBenchmark((name + "/pxcl").c_str(), run, job, nullptr);
+void add_job(const Job& job) {
+  const pxcl_bench::Task task = {job.name, job.title, job.document.size()};
+  Result ours;
+  job.ours(job.document, ours);
+  pxcl_bench::add_row(task, "pxcl", [&job] {
+    return [&job, result = Result()]() mutable { job.ours(job.document, result); };
+  });
   if (!job.theirs) return;
-  static std::vector<std::unique_ptr<Peer>> peers;
-  const auto add = [&](const char* who, std::unique_ptr<Peer> peer) {
-    Result ours, theirs;
-    job.ours(job.document, ours);
-    job.theirs(peer->read(job.document), theirs);
-    if (!job.same(ours, theirs)) fail(name + ": " + who + " decodes something else");
-    benchmark::RegisterBenchmark((name + "/" + who).c_str(), run, job, peer.get());
-    peers.push_back(std::move(peer));
-  };
-  add("pugixml", std::make_unique<PugiXml>(job.paths, job.keyed));
-  add("expat", std::make_unique<Expat>(job.paths, job.keyed));
-  add("libxml2", std::make_unique<LibXml2>(job.paths, job.keyed));
+  pxcl_bench::for_each_finder(job.paths, job.keyed, [&](const char* who, const auto& finder) {
+    Result theirs;
+    job.theirs(finder->read(job.document), theirs);
+    if (!job.same(ours, theirs)) fail(task.name + ": " + who + " decodes something else");
+    pxcl_bench::add_row(task, who, [&job, finder] {
+      return [&job, finder, result = Result()]() mutable {
+        job.theirs(finder->read(job.document), result);
+      };
+    });
+  });
 }
 
 }  // namespace
 
-int main(int argc, char** argv) {
-  for (const Job& job : jobs()) register_job(job);
-  benchmark::Initialize(&argc, argv);
-  benchmark::RunSpecifiedBenchmarks();
+void pxcl_bench::add_rows() {
+  static const std::vector<Job> all = jobs();
+  for (const Job& job : all) add_job(job);
 }

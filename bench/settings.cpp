@@ -2,24 +2,19 @@
 // SPDX-License-Identifier: Apache-2.0
 
 // Print settings completed from a capability reply of 100 KB: the library, which decodes every size
-// and type on the way, against two parsers whose users look up the one size and the one type that
+// and type on the way, against parsers whose users look up the one size and the one type that
 // they want. All answers are compared before the clock starts.
-
-#include <benchmark/benchmark.h>
 
 #include <array>
 #include <charconv>
-#include <cstdio>
-#include <cstdlib>
-#include <cstring>
-#include <pugixml.hpp>
-#include <rapidxml/rapidxml.hpp>
 #include <string>
 #include <string_view>
 
 #include "device.h"
 #include "dictionaries.h"
 #include "documents.hpp"
+#include "finder.hpp"
+#include "harness.hpp"
 
 namespace {
 
@@ -43,7 +38,7 @@ Answer library() {
   return {settings.borderless, settings.colorMode, settings.duplexPrint};
 }
 
-// ---- The peers: a walk over the elements of the print block ----
+// ---- The peers ----
 
 bool lists(string_view values, string_view wanted) {
   while (!values.empty()) {
@@ -86,113 +81,72 @@ Answer choose(const Facts& facts) {
   return answer;
 }
 
-template <typename Dom>
-typename Dom::Node find_list(typename Dom::Node block, string_view name, const char* keyword) {
-  for (auto node = Dom::first(block); node; node = Dom::next(node)) {
-    const string_view qualified = Dom::name(node);
-    if (qualified.ends_with(name) && qualified[qualified.size() - name.size() - 1] == ':' &&
-        lists(Dom::text(node), keyword))
-      return node;
-  }
-  return {};
-}
-
-template <typename Dom>
-Answer complete(typename Dom::Node document) {
-  const auto contents = Dom::child(Dom::child(document, "cmd"), "zirk:contents");
-  const auto block = Dom::child(contents, "zirk:param_set");
-  if (Dom::text(Dom::child(contents, "zirk:operation")) != "GetCapabilityResponse" ||
-      Dom::attribute(block, "servicetype") != "print" ||
-      Dom::text(Dom::child(block, "zirk:response")) != "OK")
-    return {};
-  const char* size = glb_clssdicPaperSizeTbl[kSize].keyword;
-  const char* type = glb_clssdicPaperTypeTbl[kType].keyword;
-  const auto sizes = find_list<Dom>(block, "papersize", size);
-  const auto types = find_list<Dom>(block, "papertype", type);
-  if (!sizes || !types) return {};
-  const string_view sizeName = Dom::name(sizes), typeName = Dom::name(types);
-  const string_view sizeSpace = sizeName.substr(0, sizeName.find(':') + 1);
-  const string_view typeSpace = typeName.substr(0, typeName.find(':') + 1);
-
-  Facts facts;
-  const struct {
-    string_view space, name, attribute, keyword;
-    string_view* fact;
-  } wanted[] = {{sizeSpace, "printarea_border", "papersize", size, &facts.border},
-                {sizeSpace, "printarea_borderless", "papersize", size, &facts.borderless},
-                {sizeSpace, "printarea_duplex", "papersize", size, &facts.duplexArea},
-                {typeSpace, "borderlessprint", "papertype", type, &facts.kinds},
-                {typeSpace, "printcolormode", "papertype", type, &facts.colors},
-                {typeSpace, "duplexprint", "papertype", type, &facts.duplex}};
-  for (auto node = Dom::first(block); node; node = Dom::next(node)) {
-    const string_view name = Dom::name(node);
-    if (name == "zirk:stapleside") facts.stapleSides = Dom::text(node);
-    for (const auto& one : wanted)
-      if (name.size() == one.space.size() + one.name.size() && name.ends_with(one.name) &&
-          name.starts_with(one.space) && Dom::attribute(node, one.attribute) == one.keyword)
-        *one.fact = Dom::text(node);
-  }
-  return choose(facts);
-}
-
-struct RapidXml {
-  using Node = const rapidxml::xml_node<>*;
-  static Node first(Node node) { return node->first_node(); }
-  static Node next(Node node) { return node->next_sibling(); }
-  static Node child(Node node, string_view name) {
-    return node->first_node(name.data(), name.size());
-  }
-  static string_view name(Node node) { return {node->name(), node->name_size()}; }
-  static string_view text(Node node) { return {node->value(), node->value_size()}; }
-  static string_view attribute(Node node, string_view name) {
-    const auto* found = node->first_attribute(name.data(), name.size());
-    return found ? string_view(found->value(), found->value_size()) : string_view();
-  }
+// Everything that may matter, in the order of the paths: a list, or an element of the wanted size or
+// type, is found under one of three namespaces.
+constexpr std::array kSpaces = {"zirk:", "vrx:", "tolm:"};
+constexpr std::array kSizeElements = {"printarea_border", "printarea_borderless",
+                                      "printarea_duplex"};
+constexpr std::array kTypeElements = {"borderlessprint", "printcolormode", "duplexprint"};
+enum Path : uint32_t {
+  kOperation,
+  kResponse,
+  kStapleSide,
+  kSizeLists,
+  kSizeFacts = kSizeLists + 3,
+  kTypeLists = kSizeFacts + 9,
+  kTypeFacts = kTypeLists + 3,
+  kPathCount = kTypeFacts + 9,
 };
 
-Answer rapidxml_walk() {
-  static rapidxml::xml_document<> document;
-  static std::string text = reply();
-  document.clear();
-  // Writes nothing into the text, so that it needs no copy.
-  document.parse<rapidxml::parse_fastest | rapidxml::parse_non_destructive>(text.data());
-  return complete<RapidXml>(&document);
+const char* size_keyword() {
+  return glb_clssdicPaperSizeTbl[kSize].keyword;
+}
+const char* type_keyword() {
+  return glb_clssdicPaperTypeTbl[kType].keyword;
 }
 
-struct PugiXml {
-  using Node = pugi::xml_node;
-  static Node first(Node node) { return node.first_child(); }
-  static Node next(Node node) { return node.next_sibling(); }
-  static Node child(Node node, string_view name) { return node.child(name.data()); }
-  static string_view name(Node node) { return node.name(); }
-  static string_view text(Node node) { return node.child_value(); }
-  static string_view attribute(Node node, string_view name) {
-    return node.attribute(name.data()).value();
-  }
-};
-
-Answer pugixml_walk() {
-  static pugi::xml_document document;
-  static std::string text(reply().size(), '\0');
-  std::memcpy(text.data(), reply().data(), text.size());
-  document.load_buffer_inplace(text.data(), text.size(),
-                               pugi::parse_minimal | pugi::parse_embed_pcdata, pugi::encoding_utf8);
-  return complete<PugiXml>(document);
+std::vector<std::string> paths() {
+  const std::string contents = "cmd/zirk:contents/";
+  const std::string print = contents + "zirk:param_set servicetype=\"print\"/";
+  std::vector<std::string> all = {contents + "zirk:operation", print + "zirk:response",
+                                  print + "zirk:stapleside"};
+  const auto add = [&](const std::string& list, const auto& elements, const char* keyword) {
+    for (const char* space : kSpaces) all.push_back(print + space + list);
+    for (const char* element : elements) {
+      for (const char* space : kSpaces)
+        all.push_back(print + space + element + " " + list + "=\"" + keyword + "\"");
+    }
+  };
+  add("papersize", kSizeElements, size_keyword());
+  add("papertype", kTypeElements, type_keyword());
+  return all;
 }
 
-void measure(benchmark::State& state, Answer (*answer)()) {
-  const Answer expected = {2, 1, 3};
-  if (library() != expected || answer() != expected) {
-    std::fprintf(stderr, "the answers differ\n");
-    std::exit(1);
-  }
-  for (auto _ : state) benchmark::DoNotOptimize(answer());
-  state.SetBytesProcessed(static_cast<std::int64_t>(state.iterations()) *
-                          static_cast<std::int64_t>(reply().size()));
+Answer complete(const pxcl_bench::Values& values) {
+  std::array<string_view, kPathCount> found;
+  for (const pxcl_bench::Value& value : values) found[value.path] = value.text;
+  if (found[kOperation] != "GetCapabilityResponse" || found[kResponse] != "OK") return {};
+  uint32_t size = 0, type = 0;  // the namespaces
+  while (size < kSpaces.size() && !lists(found[kSizeLists + size], size_keyword())) ++size;
+  while (type < kSpaces.size() && !lists(found[kTypeLists + type], type_keyword())) ++type;
+  if (size == kSpaces.size() || type == kSpaces.size()) return {};
+  const string_view* sizes = &found[kSizeFacts + size];
+  const string_view* types = &found[kTypeFacts + type];
+  return choose({sizes[0], sizes[3], sizes[6], types[0], types[3], types[6], found[kStapleSide]});
 }
-
-BENCHMARK_CAPTURE(measure, library, library)->Name("settings/library");
-BENCHMARK_CAPTURE(measure, rapidxml, rapidxml_walk)->Name("settings/rapidxml");
-BENCHMARK_CAPTURE(measure, pugixml, pugixml_walk)->Name("settings/pugixml");
 
 }  // namespace
+
+void pxcl_bench::add_rows() {
+  const Answer expected = {2, 1, 3};
+  const Task task = {"settings", "print settings completed", reply().size()};
+  if (library() != expected) fail("settings: another answer than expected");
+  add_row(task, "pxcl", [] { return [] { benchmark::DoNotOptimize(library()); }; });
+  for_each_finder(paths(), kNoneKeyed, [&](const char* who, const auto& finder) {
+    if (complete(finder->read(reply())) != expected)
+      fail(std::string("settings: ") + who + " answers something else");
+    add_row(task, who, [finder] {
+      return [finder] { benchmark::DoNotOptimize(complete(finder->read(reply()))); };
+    });
+  });
+}

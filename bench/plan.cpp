@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The pxcl developers
 // SPDX-License-Identifier: Apache-2.0
 
-#include "peers.hpp"
+#include "plan.hpp"
 
 #include <algorithm>
 
@@ -73,48 +73,6 @@ Step* Plan::enter(Level& level, std::string_view element) {
   }
   if (!known.any) known.any = new_step();
   return known.any;
-}
-
-Peer::Peer(const Question& question)
-    : question_(question), plan_(question.paths), output_(question.document.size() + 1024, '\0') {}
-
-void Peer::run() {
-  if (question_.job == Job::kEvery) {
-    found_.clear();
-  } else {
-    found_.assign(question_.paths.size(), {});
-  }
-  find();
-  if (question_.job == Job::kReplace) splice();
-}
-
-// The quickest way to the new document: between the values the bytes are copied as they stand.
-// The values are asked for in document order.
-void Peer::splice() {
-  const std::string_view document = question_.document;
-  char* out = output_.data();
-  std::size_t copied = 0;
-  const auto append = [&out](std::string_view text) {
-    std::memcpy(out, text.data(), text.size());
-    out += text.size();
-  };
-  for (std::size_t index = 0; index < found_.size(); ++index) {
-    const std::size_t offset = static_cast<std::size_t>(found_[index].data() - base());
-    append({document.data() + copied, offset - copied});
-    append(question_.values[index]);
-    copied = offset + found_[index].size();
-  }
-  append({document.data() + copied, document.size() - copied});
-  written_ = static_cast<std::size_t>(out - output_.data());
-}
-
-std::vector<std::string> Peer::results() const {
-  if (question_.job == Job::kReplace) return {output_.substr(0, written_)};
-  std::vector<std::string> results;
-  for (std::string_view value : found_) {
-    results.emplace_back(value.data() ? value : std::string_view("(absent)"));
-  }
-  return results;
 }
 
 }  // namespace pxcl_bench

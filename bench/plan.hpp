@@ -2,8 +2,7 @@
 // SPDX-License-Identifier: Apache-2.0
 
 // What the peers share: the paths, turned once into tables, so that a peer looks at each sibling
-// once and finds out by one comparison whether it is wanted. A peer that walks a tree does so with
-// walk(); one that is called back keeps a stack of steps.
+// once and finds out by one comparison whether it is wanted; and the ways through a document with them.
 
 #pragma once
 
@@ -13,8 +12,6 @@
 #include <string>
 #include <string_view>
 #include <vector>
-
-#include "contender.hpp"
 
 namespace pxcl_bench {
 
@@ -83,6 +80,7 @@ struct Step {
   std::uint32_t text = kNobody;       // the path that wants its text
   std::uint32_t attribute = kNobody;  // the path that wants its attribute's value
   Level* below = nullptr;             // null when no path goes further
+  bool is_wanted() const { return text != kNobody || attribute != kNobody; }
 };
 
 // All paths through elements of one name: they name no attribute, one with any value, or one with
@@ -132,49 +130,76 @@ const Step* step_for(const Level& level, std::string_view name, const AttributeO
   return step == Table::kNone ? nullptr : known.steps[step];
 }
 
-// A contender that finds values as pointer and length, and writes a new document around them.
-class Peer : public Contender {
+// The trees' way to the wanted elements: take(step, attribute value, text_of) for each, where text_of() is its text.
+template <typename Dom, typename Take>
+void walk(typename Dom::Node parent, const Level& level, const Take& take) {
+  for (typename Dom::Node node = Dom::first(parent); node; node = Dom::next(node)) {
+    std::string_view value;
+    const Step* step = step_for(
+        level, Dom::name(node),
+        [&](const std::string& attribute) { return Dom::attribute(node, attribute); }, value);
+    if (!step) continue;
+    if (step->is_wanted()) take(*step, value, [&] { return Dom::text(node); });
+    if (step->below) walk<Dom>(node, *step->below, take);
+  }
+}
+
+// The same for a parser that calls back. Texts and attribute values are views that last until the read is over.
+template <typename Take>
+class Watch {
  public:
-  explicit Peer(const Question& question);
-  void run() final;
-  std::vector<std::string> results() const final;
-
- protected:
-  // Calls store() for what it finds; values stay where they are until the next call.
-  virtual void find() = 0;
-  // The buffer whose bytes are at the offsets of the document's, when values point there.
-  virtual const char* base() const = 0;
-
-  void store(std::uint32_t path, std::string_view value) {
-    if (question_.job == Job::kEvery) {
-      found_.push_back(value);
-    } else if (!found_[path].data()) {
-      found_[path] = value;
-    }
-  }
-  template <typename Dom>
-  void walk(typename Dom::Node parent, const Level& level) {
-    for (typename Dom::Node node = Dom::first(parent); node; node = Dom::next(node)) {
-      std::string_view value;
-      const Step* step = step_for(
-          level, Dom::name(node),
-          [&](const std::string& attribute) { return Dom::attribute(node, attribute); }, value);
-      if (!step) continue;
-      if (step->attribute != Step::kNobody) store(step->attribute, value);
-      if (step->text != Step::kNobody) store(step->text, Dom::text(node));
-      if (step->below) walk<Dom>(node, *step->below);
-    }
+  // `levels` is the room for a stack, kept from read to read.
+  Watch(const Plan& plan, std::vector<const Level*>& levels, const Take& take)
+      : levels_(levels), take_(take) {
+    levels_.assign(1, &plan.root());
   }
 
-  const Question& question_;
-  const Plan plan_;
+  // name_of() is asked only where it matters; keep(value) makes the wanted value of an attribute last.
+  template <typename NameOf, typename AttributeOf, typename Keep>
+  void open(const NameOf& name_of, const AttributeOf& attribute_of, const Keep& keep) {
+    finish();
+    std::string_view value;
+    const Step* step = unwanted_ > 0 || !levels_.back()
+                           ? nullptr
+                           : step_for(*levels_.back(), name_of(), attribute_of, value);
+    if (!step) {
+      ++unwanted_;
+      return;
+    }
+    levels_.push_back(step->below);
+    if (!step->is_wanted()) return;
+    wanted_ = step;
+    attribute_ = step->attribute == Step::kNobody ? value : keep(value);
+    text_ = {};
+  }
+  // Text may come in pieces; `begin()` tells where one stands.
+  template <typename Begin>
+  void text(std::size_t length, const Begin& begin) {
+    if (!wanted_) return;
+    text_ = text_.data() ? std::string_view(text_.data(), text_.size() + length)
+                         : std::string_view(begin(), length);
+  }
+  void close() {
+    finish();
+    if (unwanted_ > 0) {
+      --unwanted_;
+    } else {
+      levels_.pop_back();
+    }
+  }
 
  private:
-  void splice();
+  void finish() {
+    if (!wanted_) return;
+    take_(*wanted_, attribute_, [this] { return text_; });
+    wanted_ = nullptr;
+  }
 
-  std::vector<std::string_view> found_;
-  std::string output_;
-  std::size_t written_ = 0;
+  std::vector<const Level*>& levels_;  // of the wanted elements that are open
+  const Take& take_;
+  std::size_t unwanted_ = 0;  // open elements below them
+  const Step* wanted_ = nullptr;
+  std::string_view attribute_, text_;
 };
 
 }  // namespace pxcl_bench
