@@ -3,7 +3,7 @@
 
 // PROGRAM [--benchmark_...]       measures the time of every row;
 // PROGRAM --once ROW COUNT        runs one row COUNT times, for a profiler;
-// PROGRAM --count                 runs every row, for bench/instructions.sh.
+// PROGRAM --count                 runs every row, for bench/instructions.sh and the tests.
 
 #include "harness.hpp"
 

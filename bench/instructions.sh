@@ -14,6 +14,10 @@ for program in "$@"; do
   name=$(basename "$program")
   valgrind --tool=callgrind --log-file="$folder/log" --callgrind-out-file="$folder/$name" \
     "$program" --count || { cat "$folder/log" >&2; exit 1; }
+  [ -e "$folder/$name.1" ] || {
+    echo "$program was built where valgrind's headers were missing: build it anew" >&2
+    exit 1
+  }
   # Each row of the program has left a dump of its own: 10 calls.
   awk -v program="$name" '
     /^desc: Trigger: Client Request: / { row = substr($0, 32) }
