@@ -2,7 +2,8 @@
 // SPDX-License-Identifier: Apache-2.0
 
 // One command of each kind, against libraries that build the same document element by element and
-// write it out, by a writer that needs no tree where they have one. All documents are compared before the clock starts.
+// write it out, by a writer that needs no tree where they have one. All documents are compared
+// before the clock starts.
 
 #include <libxml/xmlwriter.h>
 #include <tinyxml2.h>

@@ -14,7 +14,7 @@ namespace pxcl_bench {
 struct Value {
   std::uint32_t path;
   std::string_view text;
-  std::string_view key;  // the attribute value by which the element was chosen
+  std::string_view key;  // the attribute's value, when the path is keyed
 };
 using Values = std::vector<Value>;
 
@@ -24,8 +24,8 @@ class Finder {
   virtual const Values& read(std::string_view document) = 0;
 };
 
-// A path from number `keyed` on that ends in an attribute asks for the element's text; the attribute
-// is the value's key.
+// A path from number `keyed` on that ends in an attribute asks for the element's text; the
+// attribute is the value's key.
 constexpr std::uint32_t kNoneKeyed = ~0U;
 
 template <typename Reader>

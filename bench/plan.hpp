@@ -2,7 +2,8 @@
 // SPDX-License-Identifier: Apache-2.0
 
 // What the peers share: the paths, turned once into tables, so that a peer looks at each sibling
-// once and finds out by one comparison whether it is wanted; and the ways through a document with them.
+// once and finds out by one comparison whether it is wanted; and the ways through a document with
+// them.
 
 #pragma once
 
@@ -130,7 +131,8 @@ const Step* step_for(const Level& level, std::string_view name, const AttributeO
   return step == Table::kNone ? nullptr : known.steps[step];
 }
 
-// The trees' way to the wanted elements: take(step, attribute value, text_of) for each, where text_of() is its text.
+// The way to the wanted elements of a tree: take(step, attribute value, text_of) for each, where
+// text_of() is its text. The attribute's value is there at least when somebody wants it.
 template <typename Dom, typename Take>
 void walk(typename Dom::Node parent, const Level& level, const Take& take) {
   for (typename Dom::Node node = Dom::first(parent); node; node = Dom::next(node)) {
@@ -144,7 +146,8 @@ void walk(typename Dom::Node parent, const Level& level, const Take& take) {
   }
 }
 
-// The same for a parser that calls back. Texts and attribute values are views that last until the read is over.
+// The same for a parser that calls back. Texts and attribute values have to last until the read is
+// over.
 template <typename Take>
 class Watch {
  public:
@@ -154,7 +157,8 @@ class Watch {
     levels_.assign(1, &plan.root());
   }
 
-  // name_of() is asked only where it matters; keep(value) makes the wanted value of an attribute last.
+  // name_of() is asked only where it matters; keep(value) makes the wanted value of an attribute
+  // last.
   template <typename NameOf, typename AttributeOf, typename Keep>
   void open(const NameOf& name_of, const AttributeOf& attribute_of, const Keep& keep) {
     finish();
@@ -169,7 +173,7 @@ class Watch {
     levels_.push_back(step->below);
     if (!step->is_wanted()) return;
     wanted_ = step;
-    attribute_ = step->attribute == Step::kNobody ? value : keep(value);
+    attribute_ = step->attribute == Step::kNobody ? std::string_view() : keep(value);
     text_ = {};
   }
   // Text may come in pieces; `begin()` tells where one stands.
