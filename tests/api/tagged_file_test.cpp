@@ -120,18 +120,4 @@ TEST_F(TaggedFile, MayBeNoFile) {
   EXPECT_EQ(PXCL_GetStringWithTagFromFile("", "T", 0, nullptr), -1);
 }
 
-TEST_F(TaggedFile, FailsCleanlyWithoutMemory) {
-  std::ofstream(path_) << "*% #T:dfdb=aaaaaank\n";
-  for (const std::int32_t decode : {0, 1}) {
-    fails_cleanly_at_every_allocation([&](bool failing) {
-      char* result = nullptr;
-      const std::int32_t status =
-          PXCL_GetStringWithTagFromFile(path_.c_str(), "T", decode, &result);
-      EXPECT_EQ(status < 0, failing);
-      EXPECT_EQ(result == nullptr, failing);
-      free(result);
-    });
-  }
-}
-
 }  // namespace

@@ -166,38 +166,4 @@ TEST(Buffers, OfThirtyOneBitsAreClearedToTheirEnd) {
   EXPECT_EQ(buffer.data()[kTwo31 - 1], kFiller);
 }
 
-// ---- Memory ----
-
-TEST(Memory, FixedCommandsTakeNone) {
-  for (const Command& command : catalogue()) {
-    if (command.kind != Kind::kFixed) continue;
-    const std::size_t before = allocation_count();
-    EXPECT_EQ(make(command).status, CLSS_COMMAND_OK);
-    EXPECT_EQ(allocation_count(), before) << command.file;
-  }
-}
-
-// All others take one block, the document's, and what decoding a reply takes.
-TEST(Memory, AnyFailureIsToldAndLeavesTheLength) {
-  for (const Command& command : catalogue()) {
-    if (command.kind == Kind::kFixed) continue;
-    SCOPED_TRACE(command.file);
-    const std::size_t before = allocation_count();
-    make(command);
-    EXPECT_TRUE(allocation_count() == before + 1 || command.readsReply);
-    fails_cleanly_at_every_allocation([&](bool failing) {
-      const Made made = make(command);
-      EXPECT_EQ(made.length == kUnwritten, failing);
-      if (!failing) {
-        EXPECT_EQ(made.status, CLSS_COMMAND_OK);
-      } else if (!command.readsReply) {
-        EXPECT_EQ(made.status, CLSS_COMMAND_NO_MEMORY);
-      } else {
-        EXPECT_TRUE(made.status == CLSS_COMMAND_NO_MEMORY ||
-                    made.status == CLSS_COMMAND_BAD_ARGUMENT);
-      }
-    });
-  }
-}
-
 }  // namespace

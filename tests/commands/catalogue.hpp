@@ -20,7 +20,7 @@ struct Command {
   std::string builder;  // CLSS_MakeCommand_<builder>
   Kind kind;
   std::function<std::int32_t(char* buffer, std::uint64_t size, std::uint64_t* length)> make;
-  bool readsReply = false;  // allocates what decoding a reply takes
+  bool readsReply = false;
 };
 
 const std::vector<Command>& catalogue();

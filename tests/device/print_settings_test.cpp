@@ -361,14 +361,4 @@ TEST(ChoiceFromLoadedPaper, RefusesInOrder) {
   EXPECT_EQ(fields_of(two), (Fields{U, kPlain, U, U, U}));
 }
 
-TEST(Completion, ShortOfMemory) {
-  const string reply = capability({{kA4, {}}}, {{kPlain, {}}});
-  pxcl_test::fails_cleanly_at_every_allocation([&](bool failing) {
-    ClssPrintSettings record = record_of({kA4, kPlain, U, U, U});
-    const int32_t status = CLSS_AutoMakeOtherPrintSettings(0, reply.data(), reply.size(), &record);
-    EXPECT_EQ(status, failing ? -2 : 0);
-    EXPECT_EQ(record.borderless, failing ? U : 2);
-  });
-}
-
 }  // namespace

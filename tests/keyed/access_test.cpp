@@ -121,23 +121,6 @@ TEST(KeyedAccess, RefusesBadArgumentsAndBrokenDocuments) {
   EXPECT_EQ(pxcl_test::live_blocks(), live);
 }
 
-TEST(KeyedAccess, ReleasesEverythingWhenMemoryIsShort) {
-  const ExactBlock document = sample();
-  const ClssKeyValue records[] = {kJobID, kItems, kGone};
-  for (const Access access : {&GetXmlDataByKey, &GetXmlDataByKeyList, &ReplaceXmlDataByKey}) {
-    pxcl_test::fails_cleanly_at_every_allocation([&](bool failing) {
-      ClXmlRequest* context = nullptr;
-      const int status = access(document.data(), document.size(), records, 3, &context);
-      // The engine gives a range array up without failing.
-      if (!failing || access != &GetXmlDataByKeyList) {
-        EXPECT_TRUE(failing ? status == -1 || status == -2 : status == 0) << status;
-      }
-      EXPECT_EQ(context != nullptr, status == 0);
-      (access == &GetXmlDataByKeyList ? ClearCL_XML2 : ClearCL_XML)(context);
-    });
-  }
-}
-
 TEST(GetNeedBufferSize, AddsTheValueLengths) {
   const ClssKeyValue records[] = {kJobID, kItems, kGone};
   EXPECT_EQ(Get_NeedBufferSize(100, records, 3), 109u);

@@ -73,13 +73,4 @@ TEST(ClssSprintf, RefusesSumsBeyond32Bits) {
   EXPECT_EQ(clss_Sprintf(buffer, INT32_MAX, arguments.data(), 2048), -4);
 }
 
-TEST(ClssSprintf, LeavesTheBufferWhenMemoryIsShort) {
-  pxcl_test::fails_cleanly_at_every_allocation([](bool failing) {
-    char buffer[32] = "<%s>";
-    const char* arguments[] = {"x"};
-    EXPECT_EQ(clss_Sprintf(buffer, 32, arguments, 1), failing ? -1 : 3);
-    EXPECT_STREQ(buffer, failing ? "<%s>" : "<x>");
-  });
-}
-
 }  // namespace

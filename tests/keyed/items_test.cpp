@@ -357,30 +357,6 @@ TEST(ItemSets, AnswerAnEmptyElementToEveryItem) {
   }
 }
 
-// Fails allocation after allocation of a call whose items are then released.
-void expect_clean(const Items& request, const std::function<int(Items*)>& call) {
-  pxcl_test::fails_cleanly_at_every_allocation([&](bool failing) {
-    Items items{request.sets};
-    const int status = call(&items);
-    EXPECT_TRUE(failing ? status == -1 || status == -2 : status == 0) << status;
-  });
-}
-
-TEST(ItemSets, ReleaseEverythingWhenMemoryIsShort) {
-  const std::string text = by_attribute("monochrome,color");
-  const std::string listed = reply("<zirk:m>monochrome,color</zirk:m>");
-  const ItemSet attributed = item("m k", COLOR_MODES, 0, kByAttribute);
-  expect_clean({{item("m", COLOR_MODES), item("m", COLOR_MODES, 1)}},
-               [&](Items* items) { return items->list(listed); });
-  expect_clean({{attributed, attributed}}, [&](Items* items) { return items->by_attribute(text); });
-  expect_clean({{attributed, attributed}},
-               [&](Items* items) { return items->by_attribute(text, 0, 1); });
-  expect_clean({{item("m", COLOR_MODES)}}, [&](Items* items) {
-    const int status = checkSuport(listed.data(), listed.size(), 2, items->sets.data(), 1);
-    return status == 2 ? 0 : status;
-  });
-}
-
 TEST(ItemSets, StayLinearOnHostileLists) {
   const std::string commas(100'000, ','), longWord(1'000'000, 'k');
   std::string values, blanks;

@@ -1,8 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The pxcl developers
 // SPDX-License-Identifier: Apache-2.0
 
-// Every allocation failed once on every entry point, with documents that make each of them
-// allocate.
+// Every allocation failed once on what no exported function shows: the plain route and the scan.
 
 #include <gtest/gtest.h>
 
@@ -47,66 +46,24 @@ bool is_documented(int result) {
   return result == kNoMemory || result == kBadArgument;
 }
 
-template <typename Parameter>
-void fail_requests(const EngineCase& one) {
+void fail_runs(const EngineCase& one) {
   const Texts texts(one);
   int whole = 0;
   pxcl_test::fails_cleanly_at_every_allocation([&](bool failing) {
-    Request<Parameter> request(texts);
-    const int result = pxcl_test::ask(request, false);
-    if (!failing) whole = result;
-    EXPECT_TRUE(result == whole || is_documented(result)) << result;
-    for (const Parameter& parameter : request.parameters) EXPECT_NE(parameter.status, 0);
-  });
-}
-
-template <typename Parameter>
-void fail_runs(const EngineCase& one, std::int32_t (*parse)(ClXmlParserData*)) {
-  const Texts texts(one);
-  int whole = 0;
-  pxcl_test::fails_cleanly_at_every_allocation([&](bool failing) {
-    Request<Parameter> request(texts);
+    Request<ClXmlListParameter> request(texts);
     std::string run;
-    const int result = pxcl_test::run_route(request, 0, parse, run);
+    const int result = pxcl_test::run_plain(request, 0, run);
     if (!failing) whole = result;
     EXPECT_TRUE(result == whole || is_documented(result)) << result;
   });
 }
 
-std::int32_t parse_plainly(ClXmlParserData* data) {
-  return pxcl::xml::parse_by_steps(*data);
-}
-
-TEST(ShortMemory, Requests) {
-  fail_requests<ClXmlParameter>(make_large());
-  fail_requests<ClXmlListParameter>(make_large());
-}
-
-TEST(ShortMemory, Runs) {
+TEST(ShortMemory, PlainRoute) {
   EngineCase small = make_large();
   small.paths = {"cmd/x", "cmd/y", "cmd/many k1=\"v\" k2"};
   small.document = small.document.substr(small.document.find("<x>1</x>"));
   small.document = "<?xml ?><cmd>" + small.document;
-  fail_runs<ClXmlParameter>(small, ClXmlParse);
-  fail_runs<ClXmlListParameter>(small, parse_plainly);
-}
-
-TEST(ShortMemory, Replacement) {
-  const EngineCase one = make_large();
-  const Texts texts(one);
-  std::vector<char> output(2 * one.document.size());
-  pxcl_test::fails_cleanly_at_every_allocation([&](bool failing) {
-    Request<ClXmlParameter> request(texts);
-    request.record.documentLength = one.document.find("<s/");
-    for (ClXmlParameter& parameter : request.parameters) {
-      parameter.newValue = "new";
-      parameter.newValueLength = 3;
-    }
-    request.record.output = output.data();
-    request.record.outputSize = output.size();
-    const int result = ClXmlReplaceParameter(&request.record);
-    EXPECT_TRUE(failing ? is_documented(result) : result == 0) << result;
-  });
+  fail_runs(small);
 }
 
 TEST(ShortMemory, Scan) {

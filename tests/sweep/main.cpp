@@ -1,0 +1,172 @@
+// SPDX-FileCopyrightText: 2026 The pxcl developers
+// SPDX-License-Identifier: Apache-2.0
+
+// sweep MODE: every exported function, called
+//   heap     with exact blocks, for the tools that watch every access
+//   pages    with its texts and variables against unreadable pages
+//   memory   with each of its allocations failing, alone and with all that follow
+//   threads  by eight threads at once
+// or listed: names
+
+#include <pthread.h>
+#include <signal.h>
+#include <unistd.h>
+
+#include <cstdio>
+#include <cstring>
+
+#include "calls.hpp"
+
+namespace {
+
+using namespace sweep;
+
+// Where we are, for the report of a fault that ends the program.
+const Call* current;
+std::uint64_t currentFailure;
+int faults;
+
+void report(const Call& call, const char* what, std::int64_t value) {
+  std::fprintf(stderr, "%s, allocation %llu failed: %s %lld\n", call.name,
+               static_cast<unsigned long long>(currentFailure), what,
+               static_cast<long long>(value));
+  __atomic_add_fetch(&faults, 1, __ATOMIC_RELAXED);
+}
+
+void tell_where(int number) {
+  if (current != nullptr) report(*current, "crashed", number);
+  signal(number, SIG_DFL);
+}
+
+struct Outcome {
+  std::int64_t answer;
+  std::uint64_t digest;
+  std::uint64_t allocations;
+  bool untouched;
+};
+
+Outcome make(const Call& call, Stage& stage) {
+  Allocations& all = allocations();
+  const std::int64_t live = all.live;
+  Outcome outcome = {};
+  bool overrun = false;
+  all.made = 0;
+  outcome.answer = call.make(stage);
+  outcome.allocations = all.made;
+  if (all.live != live) report(call, "leaks blocks", all.live - live);
+  outcome.untouched = stage.is_untouched(call.shortage.keeps);
+  stage.note(static_cast<std::uint64_t>(outcome.answer));
+  outcome.digest = stage.end(overrun);
+  if (overrun) report(call, "writes outside its variables", 0);
+  return outcome;
+}
+
+Outcome make_well(const Call& call, Stage& stage) {
+  current = &call;
+  const Outcome outcome = make(call, stage);
+  if (outcome.answer != call.answer) report(call, "answers", outcome.answer);
+  if (outcome.allocations != 0 && call.shortage.count == 0) {
+    report(call, "allocates", static_cast<std::int64_t>(outcome.allocations));
+  }
+  return outcome;
+}
+
+void make_on_heap() {
+  Stage filled(Ground::kHeap), bare(Ground::kHeap, false);
+  for (const Call& call : calls()) {
+    make_well(call, bare);
+    if (make_well(call, filled).digest != make_well(call, filled).digest) {
+      report(call, "writes something else each time", 0);
+    }
+  }
+}
+
+void make_on_pages() {
+  Stage before(Ground::kBeforePage), behind(Ground::kBehindPage);
+  for (const Call& call : calls()) {
+    if (make_well(call, before).digest != make_well(call, behind).digest) {
+      report(call, "writes by where its memory lies", 0);
+    }
+  }
+}
+
+void fail_once(const Call& call, Stage& stage, std::uint64_t nth, bool later) {
+  Allocations& all = allocations();
+  all.failAt = currentFailure = nth;
+  all.failLater = later;
+  const Outcome outcome = make(call, stage);
+  all.failAt = 0;
+  if (!call.shortage.lists(outcome.answer)) report(call, "answers", outcome.answer);
+  if (!outcome.untouched) report(call, "writes", outcome.answer);
+  currentFailure = 0;
+}
+
+void make_without_memory() {
+  Stage stage(Ground::kBeforePage);
+  std::uint64_t failures = 0;
+  for (const Call& call : calls()) {
+    const std::uint64_t count = make_well(call, stage).allocations;
+    if (count == 0 && call.shortage.count != 0) report(call, "allocates nothing", 0);
+    for (std::uint64_t nth = 1; nth <= count; ++nth) {
+      fail_once(call, stage, nth, false);
+      fail_once(call, stage, nth, true);
+      failures += 2;
+    }
+  }
+  std::printf("%llu failures\n", static_cast<unsigned long long>(failures));
+}
+
+constexpr int kThreads = 8, kRounds = 50;
+std::uint64_t expected[512];
+
+// Each thread begins elsewhere in the table.
+void* repeat(void* number) {
+  Stage stage(Ground::kHeap);
+  const std::size_t count = calls().size();
+  for (std::size_t i = 0; i < kRounds * count; ++i) {
+    const std::size_t index =
+        (i + reinterpret_cast<std::size_t>(number) * count / kThreads) % count;
+    if (make(calls()[index], stage).digest != expected[index]) {
+      report(calls()[index], "answers something else", 0);
+    }
+  }
+  return nullptr;
+}
+
+void make_at_once() {
+  Stage stage(Ground::kHeap);
+  for (std::size_t i = 0; i < calls().size(); ++i) {
+    expected[i] = make_well(calls()[i], stage).digest;
+  }
+  current = nullptr;
+  pthread_t threads[kThreads];
+  for (std::size_t i = 0; i < kThreads; ++i) {
+    pthread_create(&threads[i], nullptr, repeat, reinterpret_cast<void*>(i));
+  }
+  for (const pthread_t thread : threads) pthread_join(thread, nullptr);
+}
+
+void list_names() {
+  for (const Call& call : calls()) std::puts(call.name);
+}
+
+}  // namespace
+
+int main(int count, char** arguments) {
+  constexpr struct {
+    const char* name;
+    void (*run)();
+  } kModes[] = {{"heap", make_on_heap},
+                {"pages", make_on_pages},
+                {"memory", make_without_memory},
+                {"threads", make_at_once},
+                {"names", list_names}};
+  signal(SIGSEGV, tell_where);
+  for (const auto& mode : kModes) {
+    if (count != 2 || std::strcmp(arguments[1], mode.name) != 0) continue;
+    mode.run();
+    return faults == 0 ? 0 : 1;
+  }
+  std::fprintf(stderr, "usage: sweep heap|pages|memory|threads|names\n");
+  return 2;
+}
