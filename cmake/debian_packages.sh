@@ -7,7 +7,8 @@ build_packages=(ca-certificates ccache cmake g++ gcc libcli11-dev libcpp-httplib
   libcurl4-openssl-dev libfmt-dev libpng-dev libpugixml-dev ninja-build nlohmann-json3-dev pkg-config)
 demo_packages=("${build_packages[@]}" ghostscript)
 check_packages=("${demo_packages[@]}" bash-completion binutils clang clang-format clang-tidy doxygen git libbenchmark-dev
-  libclang-rt-14-dev libexpat1-dev libgtest-dev librapidxml-dev libtinyxml2-dev libxml2-dev man-db poppler-utils python3)
+  libclang-rt-14-dev libexpat1-dev libgtest-dev librapidxml-dev libtinyxml2-dev libxml2-dev man-db poppler-utils python3
+  valgrind)
 
 as_root() { if [ "$(id -u)" = 0 ]; then "$@"; else sudo "$@"; fi; }
 

@@ -17,6 +17,12 @@
 
 #include "calls.hpp"
 
+// The C library takes a lock of its own there, which the sanitizer does not see.
+extern "C" const char* __tsan_default_suppressions();
+const char* __tsan_default_suppressions() {
+  return "race:tzset_internal\n";
+}
+
 namespace {
 
 using namespace sweep;

@@ -74,20 +74,25 @@ Stage::Stage(Ground ground, bool fill) : ground_(ground), fill_(fill), digest_(k
   void* const all = mmap(nullptr, kPage + kPlaces * kStep, PROT_NONE, kMine, -1, 0);
   if (all == MAP_FAILED) give_up("mmap");
   pages_ = static_cast<char*>(all) + kPage;
-  for (int i = 0; i < kPlaces; ++i) protect(pages_ + i * kStep, PROT_READ | PROT_WRITE);
+  for (std::size_t i = 0; i < kPlaces; ++i) protect(room_of(i), PROT_READ | PROT_WRITE);
 }
 
 Stage::~Stage() {
   if (pages_ != nullptr) munmap(pages_ - kPage, kPage + kPlaces * kStep);
 }
 
+char* Stage::room_of(std::size_t index) const {
+  return pages_ + index * kStep;
+}
+
 char* Stage::place(std::uint64_t size, Place::Use use) {
   if (used_ == kPlaces || size > kRoom) give_up("a call needs more room");
-  char* begin = pages_ + used_ * kStep;
+  char* begin = nullptr;
   if (ground_ == Ground::kHeap) {
     begin = static_cast<char*>(__real_malloc(size));
     if (begin == nullptr) give_up("malloc");
   } else {
+    begin = room_of(used_);
     std::memset(begin, kFiller, kRoom);
     if (ground_ == Ground::kBeforePage) begin += kRoom - size;
   }
@@ -98,7 +103,7 @@ char* Stage::place(std::uint64_t size, Place::Use use) {
 void* Stage::read_only(const void* bytes, std::uint64_t size) {
   char* const begin = place(size, Place::Use::kRead);
   if (size != 0) std::memcpy(begin, bytes, size);
-  if (ground_ != Ground::kHeap) protect(pages_ + (used_ - 1) * kStep, PROT_READ);
+  if (ground_ != Ground::kHeap) protect(room_of(used_ - 1), PROT_READ);
   return begin;
 }
 
@@ -126,7 +131,7 @@ char* Stage::buffer(std::string_view initial) {
 }
 
 bool Stage::is_untouched(std::uint64_t size) const {
-  for (int i = 0; fill_ && i < used_; ++i) {
+  for (std::size_t i = 0; fill_ && i < used_; ++i) {
     const Place& one = places_[i];
     if (one.use != Place::Use::kWritten || one.size > size) continue;
     if (mixed(kBasis, one.begin, one.size) != one.before) return false;
@@ -135,9 +140,9 @@ bool Stage::is_untouched(std::uint64_t size) const {
 }
 
 // Something was written beside the place, in its own pages.
-bool Stage::is_overrun(int index) const {
+bool Stage::is_overrun(std::size_t index) const {
   const Place& one = places_[index];
-  const char* const room = pages_ + index * kStep;
+  const char* const room = room_of(index);
   const std::uint64_t rest = kRoom - one.size;
   return !is_filled(one.begin == room ? room + one.size : room, rest);
 }
@@ -148,7 +153,7 @@ void Stage::mix(const void* bytes, std::uint64_t size) {
 
 std::uint64_t Stage::end(bool& overrun) {
   overrun = false;
-  for (int i = 0; i < used_; ++i) {
+  for (std::size_t i = 0; i < used_; ++i) {
     const Place& one = places_[i];
     if (fill_ && one.use == Place::Use::kWritten) mix(one.begin, one.size);
     if (ground_ == Ground::kHeap) {
@@ -156,7 +161,7 @@ std::uint64_t Stage::end(bool& overrun) {
       continue;
     }
     overrun = overrun || is_overrun(i);
-    if (one.use == Place::Use::kRead) protect(pages_ + i * kStep, PROT_READ | PROT_WRITE);
+    if (one.use == Place::Use::kRead) protect(room_of(i), PROT_READ | PROT_WRITE);
   }
   const std::uint64_t result = digest_;
   digest_ = kBasis;

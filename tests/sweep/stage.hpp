@@ -75,7 +75,7 @@ class Stage {
   std::uint64_t end(bool& overrun);
 
  private:
-  static constexpr int kPlaces = 24;
+  static constexpr std::size_t kPlaces = 24;
   struct Place {
     char* begin;
     std::uint64_t size;
@@ -87,14 +87,15 @@ class Stage {
   void* read_only(const void* bytes, std::uint64_t size);
   void* written(std::uint64_t size, const void* initial = nullptr);
   void* recorded(std::uint64_t size);
-  bool is_overrun(int index) const;
+  char* room_of(std::size_t index) const;
+  bool is_overrun(std::size_t index) const;
   void mix(const void* bytes, std::uint64_t size);
 
   const Ground ground_;
   const bool fill_;
   char* pages_ = nullptr;
   Place places_[kPlaces];
-  int used_ = 0;
+  std::size_t used_ = 0;
   std::uint64_t digest_;
 };
 
