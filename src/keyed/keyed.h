@@ -235,9 +235,9 @@ PXCL_API const char* getToken(const char* text, int32_t length, const char* star
 PXCL_API uint32_t getTokenTotal(const char* text, uint64_t length, const char* token);
 
 /* Index of the first word of a list (zero-terminated words, null-ended) that occurs anywhere in the
- * text once its blanks, tabs, line feeds and carriage returns are dropped. Words are taken as they
- * are: one with a blank in it is never found. -1 when none occurs, text or words is null, length is
- * below 1 or memory is short. */
+ * text, up to a zero byte in it, once its blanks, tabs, line feeds and carriage returns are dropped.
+ * Words are taken as they are: one with a blank in it is never found. -1 when none occurs, text or
+ * words is null, length is below 1 or memory is short. */
 PXCL_API int32_t searchString(const char* text, int32_t length, const char* const* words);
 
 PXCL_END_DECLS

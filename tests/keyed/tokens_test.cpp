@@ -78,6 +78,7 @@ TEST(SearchString, FindsTheFirstListedWordWithoutWhiteSpace) {
   const ExactBlock id("CMD:KWNP, ZIRK;"), spread(" a\tb\nc\rd ");
   EXPECT_EQ(searchString(id.data(), size_of(id), tokens), 0);
   EXPECT_EQ(searchString(id.data(), size_of(id) - 1, tokens), -1);
+  EXPECT_EQ(searchString("a\0ZIRK;", 7, tokens), -1);
   EXPECT_EQ(searchString(spread.data(), size_of(spread), words), 2);  // in the order of the list
   EXPECT_EQ(searchString(id.data(), size_of(id), none), -1);
   EXPECT_EQ(searchString(nullptr, 1, words), -1);
