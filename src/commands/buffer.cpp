@@ -10,15 +10,23 @@
 namespace pxcl::commands {
 namespace {
 
-u64 total_of(Values values) {
-  u64 total = 0;
-  for (const std::string_view value : values) total += value.size();
-  return total;
-}
-
 bool has_empty(Values values) {
   return std::any_of(values.begin(), values.end(),
                      [](std::string_view value) { return value.empty(); });
+}
+
+using Half [[gnu::vector_size(kBlockSize / 2)]] = u64;
+
+// Reads and writes up to kBlockSize bytes further: a block even where the size is 0.
+inline char* append_blocks(char* end, const char* piece, std::size_t size) {
+  for (std::size_t done = 0;; done += kBlockSize) {
+    Half first, last;
+    std::memcpy(&first, piece + done, sizeof first);
+    std::memcpy(&last, piece + done + sizeof first, sizeof last);
+    std::memcpy(end + done, &first, sizeof first);
+    std::memcpy(end + done + sizeof first, &last, sizeof last);
+    if (done + kBlockSize >= size) return end + size;
+  }
 }
 
 // `size` bytes as two words that overlap: at least one word, at most two.
@@ -31,64 +39,68 @@ void copy_words(const char* source, char* destination, std::size_t size) {
   std::memcpy(destination + size - sizeof(Word), &last, sizeof(Word));
 }
 
-// Most pieces of a document are a few bytes long, too few for a call.
-char* append(char* end, const char* piece, std::size_t size) {
-  if (size > 16) {
+// Nearly all texts are too short to be worth a call.
+inline char* append(char* end, std::string_view text) {
+  const char* const piece = text.data();
+  const std::size_t size = text.size();
+  if (size > 2 * sizeof(Half)) {
     std::memcpy(end, piece, size);
-  } else if (size >= 8) {
+  } else if (size > 2 * sizeof(u64)) {
+    copy_words<Half>(piece, end, size);
+  } else if (size >= sizeof(u64)) {
     copy_words<u64>(piece, end, size);
-  } else if (size >= 4) {
+  } else if (size >= sizeof(u32)) {
     copy_words<u32>(piece, end, size);
   } else {
-    std::copy(piece, piece + size, end);
+    for (std::size_t i = 0; i < size; ++i) end[i] = piece[i];
   }
   return end + size;
 }
 
-void store(std::string_view document, const Output& out) {
-  KWVSCopyDataX(document.data(), out.buffer, document.size());
-  *out.length = document.size();
+void store(std::string_view text, const Output& out) {
+  std::memcpy(out.buffer, text.data(), text.size());
 }
 
-// Callers rely on what large sizes clear: the size goes through a signed 32-bit number, so 2^31 to
-// 2^32 clear nothing. The document is terminated all the same.
-void clear_and_store(std::string_view document, const Output& out) {
-  KWVSSetData(out.buffer, 0, static_cast<i32>(out.size));
-  store(document, out);
-  if (out.size > document.size()) out.buffer[document.size()] = 0;
+// How much of the buffer is to be cleared. Callers rely on what large sizes clear: the size goes
+// through a signed 32-bit number, so 2^31 to 2^32 clear nothing.
+u64 cleared_size(const Output& out) {
+  const i32 size = static_cast<i32>(out.size);
+  return size < 0 ? 0 : static_cast<u64>(size);
+}
+
+// The buffer as if it were cleared before the document is written. A terminator follows also where
+// nothing is cleared.
+void fill_cleared(const Fillable& document, Values values, u64 length, const Output& out) {
+  const u64 cleared = cleared_size(out);
+  if (cleared > length) {
+    std::memset(out.buffer + length, 0, cleared - length);
+  } else if (out.size > length) {
+    out.buffer[length] = 0;
+  }
+  fill(document, values, out.buffer);
+  *out.length = length;
 }
 
 }  // namespace
 
-bool is_usable(const Output& out) {
-  return out.length != nullptr && (out.buffer == nullptr) == (out.size == 0);
-}
-
-i32 offer(u64 need, const Output& out) {
-  if (out.size >= need && out.size != 0) return kWrite;
-  *out.length = need;
-  return out.size == 0 ? CLSS_COMMAND_OK : CLSS_COMMAND_BUFFER_TOO_SMALL;
-}
-
-u64 fill(const Fillable& document, Values values, char* out) {
-  char* end = out;
-  const char* source = document.text.data();
-  for (std::size_t i = 0; i < document.slots.size(); ++i) {
-    const auto [offset, length] = document.slots[i];
-    const char* const slot = document.text.data() + offset;
-    end = append(end, source, static_cast<std::size_t>(slot - source));
-    end = append(end, values[i].data(), values[i].size());
-    source = slot + length;
+void fill(const Fillable& document, Values values, char* out) {
+  const char* const text = document.text.data();
+  const char* source = text;
+  const std::string_view* value = values.data();
+  for (const Slot& slot : document.slots) {
+    const char* const place = text + slot.offset;
+    out = append_blocks(out, source, static_cast<std::size_t>(place - source));
+    out = append(out, *value++);
+    source = place + slot.length;
   }
-  const char* const close = document.text.data() + document.text.size();
-  end = append(end, source, static_cast<std::size_t>(close - source));
-  return static_cast<u64>(end - out);
+  std::memcpy(out, source, static_cast<std::size_t>(text + document.text.size() - source));
 }
 
 i32 copy_command(const Document& document, const Output& out) {
   if (!is_usable(out)) return CLSS_COMMAND_BAD_ARGUMENT;
   if (const i32 status = offer(document.length, out); status != kWrite) return status;
   store(document.view(), out);
+  *out.length = document.length;
   return CLSS_COMMAND_OK;
 }
 
@@ -98,28 +110,25 @@ i32 format_command(const Fillable& document, Values values, const Output& out) {
 }
 
 i32 format_unpaired(const Fillable& document, Values values, const Output& out) {
-  // The holes and a terminator count, so the need is more than the document takes.
-  const u64 need = document.text.size() + 1 + total_of(values);
+  const u64 length = length_of(document, values);
+  const u64 need = length + document.spare;
   if (need >= u64{std::numeric_limits<i32>::max()}) return CLSS_COMMAND_NOT_FORMATTED;
   if (const i32 status = offer(need, out); status != kWrite) return status;
   if (out.buffer == nullptr) return CLSS_COMMAND_BAD_ARGUMENT;
-
-  const auto block = Owned<char>::allocate(need + 1);
-  if (!block) return CLSS_COMMAND_NO_MEMORY;
-  clear_and_store({block.get(), fill(document, values, block.get())}, out);
+  fill_cleared(document, values, length, out);
   return CLSS_COMMAND_OK;
 }
 
 i32 rewrite_command(const Fillable& document, Values values, const Output& out) {
   if (!is_usable(out)) return CLSS_COMMAND_BAD_ARGUMENT;
-  const u64 need = document.text.size() + total_of(values);
-  if (const i32 status = offer(need, out); status != kWrite) return status;
+  const u64 length = length_of(document, values);
+  if (const i32 status = offer(length + document.spare, out); status != kWrite) return status;
 
-  KWVSCopyDataX(document.text.data(), out.buffer, document.text.size());
-  const auto block = Owned<char>::allocate(need);
-  if (!block) return CLSS_COMMAND_NO_MEMORY;
-  if (has_empty(values)) return CLSS_COMMAND_NOT_FORMATTED;
-  clear_and_store({block.get(), fill(document, values, block.get())}, out);
+  // What is neither written over nor cleared keeps the document as it stands here.
+  const bool refused = has_empty(values);
+  if (refused || cleared_size(out) < document.text.size()) store(document.text, out);
+  if (refused) return CLSS_COMMAND_NOT_FORMATTED;
+  fill_cleared(document, values, length, out);
   return CLSS_COMMAND_OK;
 }
 

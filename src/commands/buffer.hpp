@@ -23,18 +23,31 @@ struct Output {
 using Values = std::span<const std::string_view>;
 
 // Whether there is a length to store to, and buffer and size are both given or both not.
-bool is_usable(const Output& out);
+inline bool is_usable(const Output& out) {
+  return out.length != nullptr && (out.buffer == nullptr) == (out.size == 0);
+}
 
 // Room for the document: kWrite. Otherwise the builder's status: the size query answered or a
 // buffer that is too small, the need stored in both.
 inline constexpr i32 kWrite = 1;
-i32 offer(u64 need, const Output& out);
+inline i32 offer(u64 need, const Output& out) {
+  if (out.size >= need && out.size != 0) return kWrite;
+  *out.length = need;
+  return out.size == 0 ? CLSS_COMMAND_OK : CLSS_COMMAND_BUFFER_TOO_SMALL;
+}
 
 // Fixed: the document as it is, nothing after it.
 i32 copy_command(const Document& document, const Output& out);
 
-// The document with a value in each of its places, written to `out`; returns its length.
-u64 fill(const Fillable& document, Values values, char* out);
+// The length of the document with a value in each of its places.
+inline u64 length_of(const Fillable& document, Values values) {
+  u64 length = document.kept;
+  for (const std::string_view value : values) length += value.size();
+  return length;
+}
+
+// That document, written to `out`.
+void fill(const Fillable& document, Values values, char* out);
 
 // Formatted: the holes filled, zeros after the document. The second form does without is_usable()
 // and refuses only the null buffer that it would write to.

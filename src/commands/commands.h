@@ -9,7 +9,7 @@
  * 1. Text that a caller passes (job ID, bidi, job description, mode, date and time) is a string
  *    ended by a zero byte and is written as given. Nothing is escaped or checked: the caller writes
  *    "&", "<" and ">" as "&amp;", "&lt;" and "&gt;". A job description stands in a CDATA section:
- *    there nothing is to be escaped, and it must not hold "]]>".
+ *    there nothing is to be escaped, and it must not hold "]]>". No text may lie in `buffer`.
  * 2. Every builder ends in `buffer`, `size` in bytes and `length`. The length never counts a
  *    terminator.
  *    - `buffer` null and `size` 0 is a size query: `length` receives the bytes needed, the status
@@ -21,16 +21,15 @@
  *    - A null `length`, a buffer with size 0 or a size without a buffer: CLSS_COMMAND_BAD_ARGUMENT.
  *    Builders that differ say so: SetConfigurationDevice and the maintenance commands.
  * 3. The rest of the buffer depends on the kind of command, which each builder names:
- *    - fixed: untouched, no terminator follows; nothing is allocated.
+ *    - fixed: untouched, no terminator follows.
  *    - formatted and keyed: the buffer is cleared first, so that zeros follow. The size is taken as
  *      a signed 32-bit number for that: a buffer of 2^31 to 2^32 bytes is not cleared, one of 2^32
  *      + k is over k bytes. One zero byte follows the document whenever there is room for it.
  *    - maintenance: untouched, no terminator follows.
  * 4. `length` is left alone by every other failure. The PXCL_ calls that keep a length of their own
  *    (they say "the length is always stored") store 0 then.
- * 5. Every builder can return CLSS_COMMAND_BAD_ARGUMENT and CLSS_COMMAND_BUFFER_TOO_SMALL. All but
- *    the fixed ones allocate one block of the document's size and return CLSS_COMMAND_NO_MEMORY
- *    without it.
+ * 5. Every builder can return CLSS_COMMAND_BAD_ARGUMENT and CLSS_COMMAND_BUFFER_TOO_SMALL. Nothing is
+ *    allocated, but for what SetConfigurationNS takes to decode a reply.
  *    CLSS_COMMAND_NOT_FORMATTED comes from a formatted command when sizes do not fit 32 bits, from
  *    a keyed one when a text is empty, and from a maintenance one when texts are too long. After
  *    these two a keyed command's buffer holds the command with placeholders for its texts; else it
@@ -47,7 +46,7 @@ PXCL_BEGIN_DECLS
 
 enum {
   CLSS_COMMAND_OK = 0,
-  CLSS_COMMAND_NO_MEMORY = -1,     /* the block for the document could not be allocated */
+  CLSS_COMMAND_NO_MEMORY = -1,     /* reserved: documents are written without a block */
   CLSS_COMMAND_BAD_ARGUMENT = -2,  /* null or inconsistent argument, unknown index or selector */
   CLSS_COMMAND_NOT_ACCEPTED = -3,  /* a combination or text length that is not taken */
   CLSS_COMMAND_NOT_FORMATTED = -4, /* a text that is too long for its command, or empty */

@@ -35,6 +35,7 @@ void tags_do_not_balance();
 void holes_and_arguments_differ();
 void key_leads_nowhere();
 void keys_are_out_of_order();
+void text_ends_too_soon();
 
 // Loops, because compilers with a sanitizer do not take std::string_view's own as constant.
 constexpr std::size_t find_either(std::string_view text, char first, char second,
@@ -132,18 +133,43 @@ struct Document {
   constexpr std::string_view view() const { return {text, length}; }
 };
 
-// A document to fill, whatever the number of its places; they stand in their order.
+// The pieces between places are written in blocks, each over the beginning of what follows it. So
+// at least a block stands behind the last place.
+inline constexpr std::size_t kBlockSize = 32;
+
+// A document to fill, whatever the number of its places.
 struct Fillable {
   std::string_view text;
   std::span<const Slot> slots;
+  u16 kept;   // bytes outside the places
+  u16 spare;  // bytes that callers are asked for beyond the filled document
+};
+
+// The places of a document, in their order.
+template <std::size_t Slots>
+struct Places {
+  Slot slots[Slots] = {};
+  u16 kept = 0;
+  u16 spare = 0;
+
+  // Callers are asked for the bytes of the places as well.
+  consteval void measure(std::string_view text) {
+    for (const Slot& slot : slots) spare = static_cast<u16>(spare + slot.length);
+    kept = static_cast<u16>(text.size() - spare);
+    const Slot& last = slots[Slots - 1];
+    if (text.size() < last.offset + last.length + kBlockSize) text_ends_too_soon();
+  }
+  constexpr Fillable in(const Document& document) const {
+    return {document.view(), slots, kept, spare};
+  }
 };
 
 // A document with its places.
 template <std::size_t Slots>
-struct Template : Document {
-  Slot slots[Slots] = {};
+struct Template : Document, Places<Slots> {
+  using Places<Slots>::slots;
 
-  // The holes of the text.
+  // The holes of the text. Callers are asked for a terminator too.
   template <std::size_t Size>
   consteval Template(const char (&literal)[Size]) : Document(literal) {
     std::size_t found = 0;
@@ -151,6 +177,8 @@ struct Template : Document {
       if (found < Slots) slots[found] = make_slot(at, at + 2);
     }
     if (found != Slots) holes_and_arguments_differ();
+    this->measure(view());
+    ++this->spare;
   }
 
   // The texts of the elements at path keys.
@@ -161,9 +189,10 @@ struct Template : Document {
       slots[i] = find_text(view(), keys[i]);
       if (i > 0 && slots[i - 1].offset >= slots[i].offset) keys_are_out_of_order();
     }
+    this->measure(view());
   }
 
-  constexpr operator Fillable() const { return {view(), slots}; }
+  constexpr operator Fillable() const { return this->in(*this); }
 };
 
 }  // namespace pxcl::commands

@@ -1,85 +1,86 @@
 // SPDX-FileCopyrightText: 2026 The pxcl developers
 // SPDX-License-Identifier: Apache-2.0
 
-// Maintenance commands: parameters formatted one by one, joined, and put into the one hole of a
-// document.
+// Maintenance commands: job ID, and date and time, each an element of its own.
 
 #include "commands/buffer.hpp"
 
 using namespace pxcl;
 using namespace pxcl::commands;
 
-namespace {
-
-// Bounds a parameter, all parameters together, and the document with its hole and terminator.
-constexpr u64 kAreaSize = 2048;
-
-struct Parameters {
-  char text[kAreaSize];
-  u64 length = 0;
-};
-
-// What a document may take at most before it is filled: its holes and a terminator count.
-u64 bound_of(const Document& document, std::string_view value) {
-  return document.length + 1 + value.size();
-}
-
 // clang-format off
-constexpr Template<1> kJobID =
-        "<zirk:jobID>%s</zirk:jobID>";
-constexpr Template<1> kDateTime =
-        "<zirk:datetime>%s</zirk:datetime>";
+#define JOB_ID                                                    \
+        "<zirk:jobID>%s</zirk:jobID>"
+#define DATE_TIME                                                 \
+        "<zirk:datetime>%s</zirk:datetime>"
 // clang-format on
 
-// Whether `parameter`, its hole filled with `value`, fits its bound and the room behind the others.
-bool append(Parameters& parameters, const Template<1>& parameter, std::string_view value) {
-  const u64 bound = bound_of(parameter, value);
-  const u64 length = bound - 1 - parameter.slots[0].length;
-  if (bound > kAreaSize || parameters.length + length >= kAreaSize) return false;
-  parameters.length += fill(parameter, {&value, 1}, parameters.text + parameters.length);
-  return true;
+namespace {
+
+// Bounds all parameters with a terminator, and each of them, and the document, with one hole
+// besides.
+constexpr u64 kAreaSize = 2048;
+constexpr u64 kSpare = sizeof "%s";
+
+// What the parameters take beside their texts.
+constexpr u64 kJobIDTags = sizeof JOB_ID - kSpare;
+constexpr u64 kDateTimeTags = sizeof DATE_TIME - kSpare;
+
+// The texts are the job ID, and perhaps date and time.
+bool fit_area(Values values) {
+  const u64 jobID = kJobIDTags + values.front().size();
+  const u64 dateTime = values.size() > 1 ? kDateTimeTags + values.back().size() : 0;
+  return jobID + kSpare <= kAreaSize && dateTime + kSpare <= kAreaSize &&
+         jobID + dateTime < kAreaSize;
 }
 
 // The size alone decides what is asked for, and nothing but the document's bytes is written.
-i32 format_maintenance(const Template<1>& document, const char* jobID, const char* dateTime,
-                       const Output& out) {
-  if (jobID == nullptr || out.buffer == nullptr || out.length == nullptr) {
-    return CLSS_COMMAND_BAD_ARGUMENT;
-  }
-  Parameters parameters;
-  if (!append(parameters, kJobID, jobID) ||
-      (dateTime != nullptr && !append(parameters, kDateTime, dateTime))) {
-    return CLSS_COMMAND_NOT_FORMATTED;
-  }
-  const std::string_view value(parameters.text, parameters.length);
-  const u64 need = bound_of(document, value);
+i32 format_maintenance(const Fillable& document, Values values, const Output& out) {
+  if (!fit_area(values)) return CLSS_COMMAND_NOT_FORMATTED;
+  const u64 length = length_of(document, values);
+  const u64 need = length + kSpare;
   if (const i32 status = offer(need, out); status != kWrite) return status;
-
-  const auto block = Owned<char>::allocate(need + 1);
-  if (!block) return CLSS_COMMAND_NO_MEMORY;
   if (need > kAreaSize) return CLSS_COMMAND_NOT_FORMATTED;
-  *out.length = fill(document, {&value, 1}, block.get());
-  KWVSCopyDataX(block.get(), out.buffer, *out.length);
+  fill(document, values, out.buffer);
+  *out.length = length;
   return CLSS_COMMAND_OK;
+}
+
+bool is_complete(const char* jobID, const Output& out) {
+  return jobID != nullptr && out.buffer != nullptr && out.length != nullptr;
+}
+
+i32 format_maintenance(const Template<1>& document, const char* jobID, const Output& out) {
+  if (!is_complete(jobID, out)) return CLSS_COMMAND_BAD_ARGUMENT;
+  const std::string_view values[] = {jobID};
+  return format_maintenance(document, values, out);
 }
 
 }  // namespace
 
 // clang-format off
-static constexpr Template<1> kSetJobConfiguration =
-  PXCL_HEAD_ODD_VENDOR
-    "<zirk:contents>"
-      "<zirk:operation>SetJobConfiguration</zirk:operation>"
-      "<zirk:param_set servicetype=\"maintenance\">"
-        "%s"
-      "</zirk:param_set>"
-    "</zirk:contents>"
-  "</cmd>";
+#define SET_JOB_CONFIGURATION(datetime)                           \
+  PXCL_HEAD_ODD_VENDOR                                            \
+    "<zirk:contents>"                                             \
+      "<zirk:operation>SetJobConfiguration</zirk:operation>"      \
+      "<zirk:param_set servicetype=\"maintenance\">"              \
+        JOB_ID                                                    \
+        datetime                                                  \
+      "</zirk:param_set>"                                         \
+    "</zirk:contents>"                                            \
+  "</cmd>"
+
+static constexpr Template<1> kSetJobConfiguration = SET_JOB_CONFIGURATION("");
+static constexpr Template<2> kSetTimedJobConfiguration = SET_JOB_CONFIGURATION(DATE_TIME);
 // clang-format on
 
 i32 CLSS_MakeCommand_SetJobConfiguration_Maintenance(const char* jobID, const char* dateTime,
                                                      char* buffer, u64 size, u64* length) {
-  return format_maintenance(kSetJobConfiguration, jobID, dateTime, {buffer, size, length});
+  const Output out{buffer, size, length};
+  if (dateTime == nullptr) return format_maintenance(kSetJobConfiguration, jobID, out);
+  if (!is_complete(jobID, out)) return CLSS_COMMAND_BAD_ARGUMENT;
+  const std::string_view values[] = {jobID, dateTime};
+  return format_maintenance(kSetTimedJobConfiguration, values, out);
 }
 
 i32 PXCL_MakeCommand_SetJobConfiguration_Maintenance(const char* jobID, const char* dateTime,
@@ -95,14 +96,14 @@ static constexpr Template<1> kTestPrint =
       "<zirk:operation>TestPrint</zirk:operation>"
       "<zirk:param_set servicetype=\"maintenance\">"
         "<zirk:type>nozzle_check</zirk:type>"
-        "%s"
+        JOB_ID
       "</zirk:param_set>"
     "</zirk:contents>"
   "</cmd>";
 // clang-format on
 
 i32 CLSS_MakeCommand_TestPrint(const char* jobID, char* buffer, u64 size, u64* length) {
-  return format_maintenance(kTestPrint, jobID, nullptr, {buffer, size, length});
+  return format_maintenance(kTestPrint, jobID, {buffer, size, length});
 }
 
 i32 PXCL_MakeCommand_TestPrint(const char* jobID, char* buffer, i32 size, u64* length) {
@@ -117,14 +118,14 @@ static constexpr Template<1> kAutoRegistration =
       "<zirk:operation>TestPrint</zirk:operation>"
       "<zirk:param_set servicetype=\"maintenance\">"
         "<zirk:type>auto_registration</zirk:type>"
-        "%s"
+        JOB_ID
       "</zirk:param_set>"
     "</zirk:contents>"
   "</cmd>";
 // clang-format on
 
 i32 CLSS_MakeCommand_AutoRegistration(const char* jobID, char* buffer, u64 size, u64* length) {
-  return format_maintenance(kAutoRegistration, jobID, nullptr, {buffer, size, length});
+  return format_maintenance(kAutoRegistration, jobID, {buffer, size, length});
 }
 
 i32 PXCL_MakeCommand_AutoAlignment(const char* jobID, char* buffer, i32 size, u64* length) {
@@ -139,14 +140,14 @@ static constexpr Template<1> kCleaning =
       "<zirk:param_set servicetype=\"maintenance\">"
         "<zirk:inkgroup>all</zirk:inkgroup>"
         "<zirk:type>regular</zirk:type>"
-        "%s"
+        JOB_ID
       "</zirk:param_set>"
     "</zirk:contents>"
   "</cmd>";
 // clang-format on
 
 i32 CLSS_MakeCommand_Cleaning(const char* jobID, char* buffer, u64 size, u64* length) {
-  return format_maintenance(kCleaning, jobID, nullptr, {buffer, size, length});
+  return format_maintenance(kCleaning, jobID, {buffer, size, length});
 }
 
 i32 PXCL_MakeCommand_Cleaning(const char* jobID, char* buffer, i32 size, u64* length) {

@@ -166,4 +166,36 @@ TEST(Buffers, OfThirtyOneBitsAreClearedToTheirEnd) {
   EXPECT_EQ(buffer.data()[kTwo31 - 1], kFiller);
 }
 
+// ---- Texts ----
+
+// Whichever way texts of a length are copied: none reads past its end, none writes past the need.
+TEST(Buffers, TakeTextsOfEveryLength) {
+  const struct {
+    const char* file;
+    std::int32_t (*make)(const char* job, char* buffer, std::uint64_t size, std::uint64_t* length);
+  } kCases[] = {
+      {"EndJob_print", [](const char* job, char* b, std::uint64_t s,
+                          std::uint64_t* l) { return CLSS_MakeCommand_EndJob(0, job, b, s, l); }},
+      {"GetStatus_print_job", CLSS_MakeCommand_GetStatusPrint},
+      {"Cleaning", CLSS_MakeCommand_Cleaning},
+  };
+  const std::string letters = "abcdefghijklmnopqrstuvwxyz0123456789ABCDEFGHIJKLMNOPQRSTUVWXYZ+-";
+  const std::string texts = letters + letters;
+  for (const auto& c : kCases) {
+    for (std::size_t size = 1; size <= texts.size(); ++size) {
+      SCOPED_TRACE(c.file + (" " + std::to_string(size)));
+      const ExactBlock text(texts.substr(0, size) + '\0');
+      std::string expected = read_data("commands/" + std::string(c.file) + ".xml");
+      expected.replace(expected.find("00000042"), 8, texts, 0, size);
+      char byte = kFiller;
+      std::uint64_t need = 0;
+      EXPECT_EQ(c.make(text.data(), &byte, 1, &need), CLSS_COMMAND_BUFFER_TOO_SMALL);
+      std::vector<char> buffer(need, kFiller);
+      std::uint64_t length = 0;
+      EXPECT_EQ(c.make(text.data(), buffer.data(), need, &length), CLSS_COMMAND_OK);
+      EXPECT_EQ(std::string(buffer.data(), length), expected);
+    }
+  }
+}
+
 }  // namespace

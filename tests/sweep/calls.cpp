@@ -11,7 +11,7 @@
 namespace sweep {
 namespace {
 
-constexpr std::uint64_t kNumbers = 8, kAll = ~std::uint64_t{0};  // what is kept, by size
+constexpr std::uint64_t kAll = ~std::uint64_t{0};  // what is kept, by size
 
 constexpr Shortage answers(std::initializer_list<std::int64_t> listed, std::uint64_t keeps = 0) {
   Shortage result;
@@ -27,8 +27,6 @@ constexpr Shortage kNull = answers({0});
 constexpr Shortage kEngine = answers({-11, -2});     // -2: an empty element could not be recorded
 constexpr Shortage kRanges = answers({0, -11, -2});  // 0: ranges are null
 constexpr Shortage kKeyed = answers({-1, -2});
-constexpr Shortage kBuilder = answers({-1}, kAll);
-constexpr Shortage kRewriter = answers({-1}, kNumbers);  // its buffer holds the template
 constexpr Shortage kReader = answers({-2, -1});
 constexpr Shortage kUnread = answers({-2}, kAll);
 constexpr Shortage kUnsupported = answers({0});
@@ -469,46 +467,46 @@ const Call kCalls[] = {
   CALL(CLSS_MakeCommand_Handoveroff, 0, kTakesNone, f(TO_BUFFER(64))),
   CALL(CLSS_MakeCommand_GetStatusDevice, 0, kTakesNone, f(TO_BUFFER(64))),
   CALL(CLSS_MakeCommand_GetJobIDList, 0, kTakesNone, f(TO_BUFFER(64))),
-  CALL(CLSS_MakeCommand_GetStatusPrint, 0, kRewriter, f(JOB, TO_BUFFER(64))),
-  CALL(CLSS_MakeCommand_GetStatusMaintenance, 0, kRewriter, f(JOB, TO_BUFFER(64))),
+  CALL(CLSS_MakeCommand_GetStatusPrint, 0, kTakesNone, f(JOB, TO_BUFFER(64))),
+  CALL(CLSS_MakeCommand_GetStatusMaintenance, 0, kTakesNone, f(JOB, TO_BUFFER(64))),
   CALL(PXCL_MakeCommand_GetStatusPrint, 0, kTakesNone, f(TO_BUFFER(32))),
   CALL(PXCL_MakeCommand_GetStatusMaintenance, 0, kTakesNone, f(TO_BUFFER(32))),
-  CALL(CLSS_MakeCommand_StartJob3, 0, kBuilder, f(2, 3, s.string("Sheet <1>"), 1, JOB, s.string("1"), TO_BUFFER(64))),
-  CALL(CLSS_MakeCommand_StartJob2, 0, kBuilder, f(1, JOB, s.string("1"), TO_BUFFER(64))),
-  CALL(CLSS_MakeCommand_StartJob, 0, kBuilder, f(JOB, s.string("0"), TO_BUFFER(64))),
-  CALL(PXCL_MakeCommand_StartJob3, 0, kBuilder, f(3, s.string("Sheet"), JOB, TO_BUFFER(32))),
-  CALL(PXCL_MakeCommand_StartJob3_Maintenance, 0, kBuilder, f(3, s.string("Sheet"), JOB, TO_BUFFER(64))),
-  CALL(CLSS_MakeCommand_EndJob, 0, kBuilder, f(0, JOB, TO_BUFFER(64))),
-  CALL(CLSS_MakeCommand_CancelJob, 0, kBuilder, f(3, JOB, TO_BUFFER(64))),
-  CALL(PXCL_MakeCommand_CancelJob, 0, kBuilder, f(JOB, TO_BUFFER(32))),
-  CALL(PXCL_MakeCommand_CancelJob_Maintenance, 0, kBuilder, f(JOB, TO_BUFFER(32))),
-  CALL(PXCL_MakeCommand_EndJob_Maintenance, 0, kBuilder, f(JOB, TO_BUFFER(64))),
-  CALL(CLSS_MakeCommand_ModeShift, 0, kBuilder, f(0, JOB, s.string("1"), TO_BUFFER(64))),
-  CALL(CLSS_MakeCommand_SendDataJPEG, 0, kRewriter, f(JOB, 1234, TO_BUFFER(64))),
-  CALL(CLSS_MakeCommand_SendDataJPEGPAGE, 0, kRewriter, f(JOB, 1234, TO_BUFFER(64))),
-  CALL(CLSS_MakeCommand_SendDataPWGRaster, 0, kRewriter, f(JOB, 3000000000, TO_BUFFER(64))),
-  CALL(CLSS_MakeCommand_SendDataRAW, 0, kRewriter, f(JOB, 100, 50, TO_BUFFER(64))),
-  CALL(PXCL_GetSendDataPWGRasterCommand, 0, answers({-2}), f(JOB, 1234, 2048, s.buffer(2048), s.out<std::uint64_t>(0))),
-  CALL(CLSS_MakeCommand_SetPageConfiguration2, 0, kRewriter, f(JOB, 1, 2, TO_BUFFER(64))),
-  CALL(CLSS_MakeCommand_SetPageConfiguration, 0, kRewriter, f(JOB, 2, TO_BUFFER(64))),
-  CALL(PXCL_GetSetPageConfigurationCommand, 0, answers({-2}), f(JOB, 0, TO_BUFFER(64))),
-  CALL(CLSS_MakeCommand_SetJobConfiguration, 0, kRewriter, f(JOB, s.string("20240102030405"), 1, TO_BUFFER(64))),
-  CALL(CLSS_MakeCommand_SetTime, 0, kRewriter, f(JOB, s.string("20240102030405"), TO_BUFFER(64))),
-  CALL(PXCL_MakeCommand_SetJobConfiguration, 0, kRewriter, f(JOB, s.string("20240102030405"), TO_BUFFER(32))),
-  STEPS(CLSS_MakeCommand_SetConfigurationNS, 0, answers({-1, -2}, kAll), const auto [d, n] = reply(s, "capability_small");
+  CALL(CLSS_MakeCommand_StartJob3, 0, kTakesNone, f(2, 3, s.string("Sheet <1>"), 1, JOB, s.string("1"), TO_BUFFER(64))),
+  CALL(CLSS_MakeCommand_StartJob2, 0, kTakesNone, f(1, JOB, s.string("1"), TO_BUFFER(64))),
+  CALL(CLSS_MakeCommand_StartJob, 0, kTakesNone, f(JOB, s.string("0"), TO_BUFFER(64))),
+  CALL(PXCL_MakeCommand_StartJob3, 0, kTakesNone, f(3, s.string("Sheet"), JOB, TO_BUFFER(32))),
+  CALL(PXCL_MakeCommand_StartJob3_Maintenance, 0, kTakesNone, f(3, s.string("Sheet"), JOB, TO_BUFFER(64))),
+  CALL(CLSS_MakeCommand_EndJob, 0, kTakesNone, f(0, JOB, TO_BUFFER(64))),
+  CALL(CLSS_MakeCommand_CancelJob, 0, kTakesNone, f(3, JOB, TO_BUFFER(64))),
+  CALL(PXCL_MakeCommand_CancelJob, 0, kTakesNone, f(JOB, TO_BUFFER(32))),
+  CALL(PXCL_MakeCommand_CancelJob_Maintenance, 0, kTakesNone, f(JOB, TO_BUFFER(32))),
+  CALL(PXCL_MakeCommand_EndJob_Maintenance, 0, kTakesNone, f(JOB, TO_BUFFER(64))),
+  CALL(CLSS_MakeCommand_ModeShift, 0, kTakesNone, f(0, JOB, s.string("1"), TO_BUFFER(64))),
+  CALL(CLSS_MakeCommand_SendDataJPEG, 0, kTakesNone, f(JOB, 1234, TO_BUFFER(64))),
+  CALL(CLSS_MakeCommand_SendDataJPEGPAGE, 0, kTakesNone, f(JOB, 1234, TO_BUFFER(64))),
+  CALL(CLSS_MakeCommand_SendDataPWGRaster, 0, kTakesNone, f(JOB, 3000000000, TO_BUFFER(64))),
+  CALL(CLSS_MakeCommand_SendDataRAW, 0, kTakesNone, f(JOB, 100, 50, TO_BUFFER(64))),
+  CALL(PXCL_GetSendDataPWGRasterCommand, 0, kTakesNone, f(JOB, 1234, 2048, s.buffer(2048), s.out<std::uint64_t>(0))),
+  CALL(CLSS_MakeCommand_SetPageConfiguration2, 0, kTakesNone, f(JOB, 1, 2, TO_BUFFER(64))),
+  CALL(CLSS_MakeCommand_SetPageConfiguration, 0, kTakesNone, f(JOB, 2, TO_BUFFER(64))),
+  CALL(PXCL_GetSetPageConfigurationCommand, 0, kTakesNone, f(JOB, 0, TO_BUFFER(64))),
+  CALL(CLSS_MakeCommand_SetJobConfiguration, 0, kTakesNone, f(JOB, s.string("20240102030405"), 1, TO_BUFFER(64))),
+  CALL(CLSS_MakeCommand_SetTime, 0, kTakesNone, f(JOB, s.string("20240102030405"), TO_BUFFER(64))),
+  CALL(PXCL_MakeCommand_SetJobConfiguration, 0, kTakesNone, f(JOB, s.string("20240102030405"), TO_BUFFER(32))),
+  STEPS(CLSS_MakeCommand_SetConfigurationNS, 0, answers({-2}, kAll), const auto [d, n] = reply(s, "capability_small");
         return f({2, 4, 1, 2}, {1, 4}, JOB, d, n, TO_BUFFER(64));),
   STEPS(PXCL_GetSetConfigurationCommand, 0, answers({-2}, kAll), const auto [d, n] = reply(s, "capability_small");
         const std::uint16_t six[] = {0, 4, 1, 2, 1, 4};
         return f(*s.copy(six), JOB, 2048, d, n, s.buffer(2048), s.out<std::uint64_t>());),
-  CALL(CLSS_MakeCommand_SetConfigurationDevice, 0, kBuilder, f({1, 2}, JOB, TO_BUFFER(64))),
-  CALL(CLSS_MakeCommand_SetJobConfiguration_Maintenance, 0, kBuilder, f(JOB, s.string("20240102030405"), TO_BUFFER(64))),
-  CALL(PXCL_MakeCommand_SetJobConfiguration_Maintenance, 0, kBuilder, f(JOB, nullptr, TO_BUFFER(64))),
-  CALL(CLSS_MakeCommand_TestPrint, 0, kBuilder, f(JOB, TO_BUFFER(64))),
-  CALL(PXCL_MakeCommand_TestPrint, 0, kBuilder, f(JOB, TO_BUFFER(64))),
-  CALL(CLSS_MakeCommand_AutoRegistration, 0, kBuilder, f(JOB, TO_BUFFER(64))),
-  CALL(PXCL_MakeCommand_AutoAlignment, 0, kBuilder, f(JOB, TO_BUFFER(64))),
-  CALL(CLSS_MakeCommand_Cleaning, 0, kBuilder, f(JOB, TO_BUFFER(64))),
-  CALL(PXCL_MakeCommand_Cleaning, 0, kBuilder, f(JOB, TO_BUFFER(64))),
+  CALL(CLSS_MakeCommand_SetConfigurationDevice, 0, kTakesNone, f({1, 2}, JOB, TO_BUFFER(64))),
+  CALL(CLSS_MakeCommand_SetJobConfiguration_Maintenance, 0, kTakesNone, f(JOB, s.string("20240102030405"), TO_BUFFER(64))),
+  CALL(PXCL_MakeCommand_SetJobConfiguration_Maintenance, 0, kTakesNone, f(JOB, nullptr, TO_BUFFER(64))),
+  CALL(CLSS_MakeCommand_TestPrint, 0, kTakesNone, f(JOB, TO_BUFFER(64))),
+  CALL(PXCL_MakeCommand_TestPrint, 0, kTakesNone, f(JOB, TO_BUFFER(64))),
+  CALL(CLSS_MakeCommand_AutoRegistration, 0, kTakesNone, f(JOB, TO_BUFFER(64))),
+  CALL(PXCL_MakeCommand_AutoAlignment, 0, kTakesNone, f(JOB, TO_BUFFER(64))),
+  CALL(CLSS_MakeCommand_Cleaning, 0, kTakesNone, f(JOB, TO_BUFFER(64))),
+  CALL(PXCL_MakeCommand_Cleaning, 0, kTakesNone, f(JOB, TO_BUFFER(64))),
 
   // responses
   CALL(CLSS_GetCommandOperationPair, -2, kTakesNone, f(2)),
@@ -583,7 +581,7 @@ const Call kCalls[] = {
   CALL(CLSS_GetPaperOutwardSize, -1, kTakesNone, f(83)),
 
   // api
-  CALL(PXCL_GetPrintCommand, 0, kRewriter, f(TO_BUFFER(64), JOB, 3)),
+  CALL(PXCL_GetPrintCommand, 0, kTakesNone, f(TO_BUFFER(64), JOB, 3)),
   CALL(PXCL_EncodeToString, 13, kTakesNone, f(reinterpret_cast<const std::uint8_t*>(s.in("ok").data), 2, s.buffer(14), 14)),
   READ(PXCL_DecodeFromString, 2, kTakesNone, s.in("dfdb=aaaaaank"), reinterpret_cast<std::uint8_t*>(s.buffer(2)), 2),
   STEPS(PXCL_GetStringWithTagFromFile, 2, answers({-1}), char** const value = s.record<char*>(nullptr);
