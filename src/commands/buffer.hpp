@@ -7,7 +7,7 @@
 
 #include "commands.h"
 #include "commands/document.hpp"
-#include "util/owned.hpp"
+#include "dictionaries.h"
 #include "util/types.hpp"
 
 namespace pxcl::commands {
@@ -21,6 +21,11 @@ struct Output {
 
 // The texts for a document's places, one each.
 using Values = std::span<const std::string_view>;
+
+// Unused rows of a dictionary have no keyword.
+inline std::string_view keyword_of(const ClssDicRow& row) {
+  return row.keyword != nullptr ? row.keyword : "";
+}
 
 // Whether there is a length to store to, and buffer and size are both given or both not.
 inline bool is_usable(const Output& out) {

@@ -2,49 +2,116 @@
 // SPDX-License-Identifier: Apache-2.0
 
 #include <algorithm>
-#include <cstring>
 
 #include "commands/buffer.hpp"
 #include "dictionaries.h"
 #include "keyed/vocabulary.hpp"
 #include "responses.h"
+#include "util/owned.hpp"
 
 using namespace pxcl;
 using namespace pxcl::commands;
 
 // clang-format off
-#define SET_CONFIGURATION(modes)                                  \
-  PXCL_DECLARATION "<cmd%s>"                                      \
-    "<zirk:contents>"                                             \
-      "<zirk:operation>SetConfiguration</zirk:operation>"         \
-      "<zirk:param_set servicetype=\"print\">"                    \
-        "<zirk:jobID>%s</zirk:jobID>"                             \
-        "<%s:papersize>%s</%s:papersize>"                         \
-        "<%s:papertype>%s</%s:papertype>"                         \
-        "<%s:borderlessprint>%s</%s:borderlessprint>"             \
-        modes                                                     \
-      "</zirk:param_set>"                                         \
-    "</zirk:contents>"                                            \
-  "</cmd>"
-#define COLOR_MODE  "<%s:printcolormode>%s</%s:printcolormode>"
-#define DUPLEX      "<%s:duplexprint>%s</%s:duplexprint>"
-#define STAPLE_SIDE "<zirk:stapleside>%s</zirk:stapleside>"
-
-static constexpr Template<11> kPaper = SET_CONFIGURATION("");
-static constexpr Template<14> kPaperDuplex = SET_CONFIGURATION(DUPLEX);
-static constexpr Template<15> kPaperStaple = SET_CONFIGURATION(DUPLEX STAPLE_SIDE);
-static constexpr Template<14> kPaperColor = SET_CONFIGURATION(COLOR_MODE);
-static constexpr Template<17> kPaperColorDuplex = SET_CONFIGURATION(COLOR_MODE DUPLEX);
-static constexpr Template<18> kPaperColorStaple = SET_CONFIGURATION(COLOR_MODE DUPLEX STAPLE_SIDE);
-
-// By whether a colour mode is sent, and whether duplex is not, alone, or with a staple side.
-static constexpr Fillable kSetConfiguration[2][3] = {
-  {kPaper,      kPaperDuplex,      kPaperStaple},
-  {kPaperColor, kPaperColorDuplex, kPaperColorStaple},
-};
+static constexpr Template<7> kSetConfiguration =
+  PXCL_HEAD
+    "<zirk:contents>"
+      "<zirk:operation>SetConfiguration</zirk:operation>"
+      "<zirk:param_set servicetype=\"print\">"
+        "<zirk:jobID>%s</zirk:jobID>"
+        "<zirk:papersize>%s</zirk:papersize>"
+        "<zirk:papertype>%s</zirk:papertype>"
+        "<zirk:borderlessprint>%s</zirk:borderlessprint>"
+        "<zirk:printcolormode>%s</zirk:printcolormode>"
+        "<zirk:duplexprint>%s</zirk:duplexprint>"
+        "<zirk:stapleside>%s</zirk:stapleside>"
+      "</zirk:param_set>"
+    "</zirk:contents>"
+  "</cmd>";
 // clang-format on
 
 namespace {
+
+// ---- The places of that document ----
+
+// The elements with a hole, in their order.
+enum Element {
+  kJobID,
+  kPaperSize,
+  kPaperType,
+  kBorderless,
+  kColorMode,
+  kDuplex,
+  kStapleSide,
+  kElements
+};
+constexpr std::string_view kNames[kElements] = {
+    "zirk:jobID",          "zirk:papersize",   "zirk:papertype", "zirk:borderlessprint",
+    "zirk:printcolormode", "zirk:duplexprint", "zirk:stapleside"};
+
+// Whether a namespace may be chosen for the element, so that another prefix may stand in its tags.
+constexpr bool is_prefixed(std::size_t element) {
+  return element != kJobID && element != kStapleSide;
+}
+constexpr std::size_t kPrefixed = kElements - 2;
+constexpr std::size_t kPrefixSize = sizeof "zirk" - 1;
+constexpr std::size_t kHoleSize = sizeof "%s" - 1;
+
+struct ElementPlaces {
+  Slot prefix, text, endPrefix;
+};
+
+// An element that is not sent is one place as a whole, for no text.
+consteval ElementPlaces find_places(std::size_t element, bool sent) {
+  const std::string_view text = kSetConfiguration.view();
+  Tag tag = next_tag(text, 0);
+  while (tag.end != 0 && tag.inside != kNames[element]) tag = next_tag(text, tag.end);
+  const Slot hole = kSetConfiguration.slots[element];
+  if (tag.end != hole.offset) key_leads_nowhere();
+  const std::size_t begin = tag.end - tag.inside.size() - 1;
+  const std::size_t close = tag.end + kHoleSize + 2;
+  if (sent)
+    return {make_slot(begin, begin + kPrefixSize), hole, make_slot(close, close + kPrefixSize)};
+  const std::size_t end = next_tag(text, tag.end).end;
+  return {make_slot(begin - 1, begin - 1), make_slot(begin - 1, end), make_slot(end, end)};
+}
+
+consteval Slot find_declarations() {
+  const Tag declaration = next_tag(kSetConfiguration.view(), 0);
+  const std::size_t end = next_tag(kSetConfiguration.view(), declaration.end).end - 1;
+  return make_slot(end - (sizeof PXCL_ZIRK - 1), end);
+}
+
+// The document with all or some of its elements. Callers are asked for as much as if declarations
+// and prefixes were holes too, whatever namespaces are chosen.
+struct Variant {
+  Places<kElements> common = {};                      // texts
+  Places<1 + kElements + 2 * kPrefixed> chosen = {};  // declarations; texts with prefixes around
+
+  consteval Variant(bool colored, bool duplex, bool stapled) {
+    const bool sent[kElements] = {true, true, true, true, colored, duplex, stapled};
+    std::size_t holes = 1;
+    Slot* next = chosen.slots;
+    *next++ = find_declarations();
+    for (std::size_t i = 0; i < kElements; ++i) {
+      const auto [prefix, text, endPrefix] = find_places(i, sent[i]);
+      common.slots[i] = text;
+      if (is_prefixed(i)) *next++ = prefix;
+      *next++ = text;
+      if (is_prefixed(i)) *next++ = endPrefix;
+      if (sent[i]) holes += is_prefixed(i) ? 3 : 1;
+    }
+    common.measure(kSetConfiguration.view());
+    chosen.measure(kSetConfiguration.view());
+    common.spare = chosen.spare = static_cast<u16>(holes * kHoleSize + 1);
+  }
+};
+
+// By whether a colour mode is sent, and whether duplex is not, alone, or with a staple side.
+constexpr Variant kVariants[2][3] = {
+    {{false, false, false}, {false, true, false}, {false, true, true}},
+    {{true, false, false}, {true, true, false}, {true, true, true}},
+};
 
 struct Settings {
   ClssConfigurationPaper paper;
@@ -132,14 +199,13 @@ u16 find_namespace(const Listing<Record>& listing, std::string_view reply, u16 w
 }
 
 struct NameSpaces {
-  u16 size = keyed::kNameSpaceCommon;
-  u16 media = keyed::kNameSpaceCommon;
+  u16 size;
+  u16 media;
 };
 
 // CLSS_COMMAND_OK, or CLSS_COMMAND_BAD_ARGUMENT where the reply does not list both.
 i32 choose_namespaces(std::string_view reply, const ClssConfigurationPaper& paper,
                       NameSpaces& chosen) {
-  if (reply.empty()) return CLSS_COMMAND_OK;
   chosen.size = find_namespace<keyed::kPaperSizeRows>(kSizes, reply, paper.paperSize);
   if (chosen.size >= keyed::kNameSpaceCount) return CLSS_COMMAND_BAD_ARGUMENT;
   chosen.media = find_namespace<keyed::kPaperTypeRows>(kTypes, reply, paper.paperType);
@@ -148,85 +214,101 @@ i32 choose_namespaces(std::string_view reply, const ClssConfigurationPaper& pape
 
 // ---- The document ----
 
-struct NameSpace {
-  std::string_view prefix;
-  std::string_view declaration;
-};
-constexpr NameSpace kNameSpaces[keyed::kNameSpaceCount] = {
-    {"zirk", PXCL_ZIRK}, {"vrx", PXCL_VRX}, {"tolm", PXCL_TOLM}};
+constexpr std::string_view kPrefixes[keyed::kNameSpaceCount] = {"zirk", "vrx", "tolm"};
 
-struct Declarations {
-  char text[2047];
-  u64 length = 0;
+// By whether the vendor's and the schema's namespaces are chosen. The common one always is there.
+constexpr std::string_view kDeclarations[2][2] = {
+    {PXCL_ZIRK, PXCL_ZIRK PXCL_TOLM},
+    {PXCL_ZIRK PXCL_VRX, PXCL_ZIRK PXCL_VRX PXCL_TOLM},
 };
+constexpr std::size_t kMostDeclarations = 2047;  // bytes; the build may give a long host
 
-// Declares the common namespace and the chosen ones, each once, in table order; false when they do
-// not fit.
-bool declare(const NameSpaces& chosen, Declarations& declarations) {
-  for (u16 i = 0; i < keyed::kNameSpaceCount; ++i) {
-    if (i != keyed::kNameSpaceCommon && i != chosen.size && i != chosen.media) continue;
-    const std::string_view text = kNameSpaces[i].declaration;
-    if (text.size() > sizeof declarations.text - declarations.length) return false;
-    KWVSCopyDataX(text.data(), declarations.text + declarations.length, text.size());
-    declarations.length += text.size();
-  }
-  return true;
+std::string_view declare(const NameSpaces& chosen) {
+  const auto is_chosen = [&](u16 index) { return chosen.size == index || chosen.media == index; };
+  return kDeclarations[is_chosen(keyed::kNameSpaceVendor)][is_chosen(keyed::kNameSpaceSchema)];
 }
 
-struct Fields {
-  std::string_view texts[std::size(kPaperColorStaple.slots)];
-  std::size_t count;
-};
-
-// The three holes of one setting's element. An unused row has no keyword.
-void add_element(Fields& fields, std::string_view prefix, const ClssDicRow& row) {
-  fields.texts[fields.count++] = prefix;
-  fields.texts[fields.count++] = row.keyword != nullptr ? row.keyword : "";
-  fields.texts[fields.count++] = prefix;
+bool is_sent(u16 setting) {
+  return setting != CLSS_SETTING_ABSENT;
+}
+bool has_staple_side(const ClssConfigurationMode& mode) {
+  return is_sent(mode.duplexPrint) && mode.duplexPrint >= keyed::kDuplexLongSide;
 }
 
-Fields fill_fields(const Settings& settings, const NameSpaces& chosen,
-                   std::string_view declarations, std::string_view jobID) {
+const Variant& pick_variant(const ClssConfigurationMode& mode) {
+  return kVariants[is_sent(mode.colorMode)][is_sent(mode.duplexPrint) + has_staple_side(mode)];
+}
+
+// The texts of the elements, null for one that is not sent.
+struct Texts {
+  std::string_view of[kElements];
+};
+
+Texts list_texts(const Settings& settings, std::string_view jobID) {
   const auto& [paper, mode] = settings;
-  const std::string_view media = kNameSpaces[chosen.media].prefix;
-  Fields fields = {{declarations, jobID}, 2};
-  add_element(fields, kNameSpaces[chosen.size].prefix, glb_clssdicPaperSizeTbl[paper.paperSize]);
-  add_element(fields, media, glb_clssdicPaperTypeTbl[paper.paperType]);
-  add_element(fields, media, glb_clssdicBorderlessTbl[paper.borderless]);
-  if (mode.colorMode != CLSS_SETTING_ABSENT) {
-    add_element(fields, media, glb_clssdicColormodeTbl[mode.colorMode]);
+  Texts texts;
+  texts.of[kJobID] = jobID;
+  texts.of[kPaperSize] = keyword_of(glb_clssdicPaperSizeTbl[paper.paperSize]);
+  texts.of[kPaperType] = keyword_of(glb_clssdicPaperTypeTbl[paper.paperType]);
+  texts.of[kBorderless] = glb_clssdicBorderlessTbl[paper.borderless].keyword;
+  if (is_sent(mode.colorMode)) {
+    texts.of[kColorMode] = glb_clssdicColormodeTbl[mode.colorMode].keyword;
   }
-  if (mode.duplexPrint == CLSS_SETTING_ABSENT) return fields;
-  add_element(fields, media, glb_clssdicDuplexPrintTbl[mode.duplexPrint]);
-  if (mode.duplexPrint >= keyed::kDuplexLongSide) {
-    const u16 side = static_cast<u16>(mode.duplexPrint - keyed::kDuplexLongSide + 1);
-    fields.texts[fields.count++] = glb_clssdicStapleSideTbl[side].keyword;
+  if (is_sent(mode.duplexPrint)) {
+    texts.of[kDuplex] = glb_clssdicDuplexPrintTbl[mode.duplexPrint].keyword;
   }
-  return fields;
+  if (has_staple_side(mode)) {
+    const int side = mode.duplexPrint - keyed::kDuplexLongSide + keyed::kStapleLongSide;
+    texts.of[kStapleSide] = glb_clssdicStapleSideTbl[side].keyword;
+  }
+  return texts;
 }
 
-const Fillable& pick_document(const ClssConfigurationMode& mode) {
-  const bool colored = mode.colorMode != CLSS_SETTING_ABSENT;
-  if (mode.duplexPrint == CLSS_SETTING_ABSENT) return kSetConfiguration[colored][0];
-  return kSetConfiguration[colored][mode.duplexPrint >= keyed::kDuplexLongSide ? 2 : 1];
+// The declarations, and the texts between the prefixes of their elements.
+struct ChosenTexts {
+  std::string_view of[1 + kElements + 2 * kPrefixed];
+};
+
+ChosenTexts list_chosen_texts(const Texts& common, const NameSpaces& chosen) {
+  ChosenTexts texts;
+  std::string_view* next = texts.of;
+  *next++ = declare(chosen);
+  for (std::size_t i = 0; i < kElements; ++i) {
+    const std::string_view text = common.of[i];
+    const u16 nameSpace = i == kPaperSize ? chosen.size : chosen.media;
+    const std::string_view prefix = text.data() == nullptr ? text : kPrefixes[nameSpace];
+    if (is_prefixed(i)) *next++ = prefix;
+    *next++ = text;
+    if (is_prefixed(i)) *next++ = prefix;
+  }
+  return texts;
 }
 
-i32 set_configuration(const Settings& settings, const char* jobID, std::string_view reply,
-                      const Output& out) {
+i32 check_rows(const ClssConfigurationPaper& paper) {
+  const bool valid =
+      paper.paperSize < CLSS_DICNUM_PAPERSIZE && paper.paperType < CLSS_DICNUM_PAPERTYPE;
+  return valid ? CLSS_COMMAND_OK : CLSS_COMMAND_BAD_SETTING;
+}
+
+i32 set_common(const Settings& settings, const char* jobID, const Output& out) {
   if (const i32 status = check(settings); status != CLSS_COMMAND_OK) return status;
-  const auto& paper = settings.paper;
+  if (const i32 status = check_rows(settings.paper); status != CLSS_COMMAND_OK) return status;
+  const Texts texts = list_texts(settings, jobID);
+  return format_command(pick_variant(settings.mode).common.in(kSetConfiguration), texts.of, out);
+}
+
+i32 set_as_listed(const Settings& settings, const char* jobID, std::string_view reply,
+                  const Output& out) {
+  if (const i32 status = check(settings); status != CLSS_COMMAND_OK) return status;
   NameSpaces chosen;
-  if (const i32 status = choose_namespaces(reply, paper, chosen); status != CLSS_COMMAND_OK) {
+  if (const i32 status = choose_namespaces(reply, settings.paper, chosen);
+      status != CLSS_COMMAND_OK) {
     return status;
   }
-  if (paper.paperSize >= CLSS_DICNUM_PAPERSIZE || paper.paperType >= CLSS_DICNUM_PAPERTYPE) {
-    return CLSS_COMMAND_BAD_SETTING;
-  }
-  Declarations declarations;
-  if (!declare(chosen, declarations)) return CLSS_COMMAND_NOT_FORMATTED;
-  const Fields fields =
-      fill_fields(settings, chosen, {declarations.text, declarations.length}, jobID);
-  return format_command(pick_document(settings.mode), {fields.texts, fields.count}, out);
+  if (const i32 status = check_rows(settings.paper); status != CLSS_COMMAND_OK) return status;
+  if (declare(chosen).size() > kMostDeclarations) return CLSS_COMMAND_NOT_FORMATTED;
+  const ChosenTexts texts = list_chosen_texts(list_texts(settings, jobID), chosen);
+  return format_command(pick_variant(settings.mode).chosen.in(kSetConfiguration), texts.of, out);
 }
 
 }  // namespace
@@ -238,7 +320,9 @@ i32 CLSS_MakeCommand_SetConfigurationNS(ClssConfigurationPaper paper, ClssConfig
   if (!is_usable(out) || jobID == nullptr || (capability == nullptr) != (capabilityLength == 0)) {
     return CLSS_COMMAND_BAD_ARGUMENT;
   }
-  return set_configuration({paper, mode}, jobID, {capability, capabilityLength}, out);
+  const Settings settings = {paper, mode};
+  if (capability == nullptr) return set_common(settings, jobID, out);
+  return set_as_listed(settings, jobID, {capability, capabilityLength}, out);
 }
 
 i32 PXCL_GetSetConfigurationCommand(const u16* settings, const char* jobID, u64 size,

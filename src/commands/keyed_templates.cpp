@@ -16,17 +16,26 @@ namespace path = pxcl::keyed::path;
 namespace {
 
 // A number as the printer's decimal text: signed, whatever the caller's type.
-struct Decimal {
+class Decimal {
+ public:
   explicit Decimal(u32 value) {
-    KWVS4sToString(static_cast<i32>(value), text, sizeof text, KWVS_BASE_DECIMAL);
+    const bool negative = static_cast<i32>(value) < 0;
+    u32 rest = negative ? 0U - value : value;
+    do {
+      *--begin_ = static_cast<char>('0' + rest % 10);
+      rest /= 10;
+    } while (rest != 0);
+    if (negative) *--begin_ = '-';
   }
-  char text[12];
-};
+  Decimal(const Decimal&) = delete;
+  Decimal& operator=(const Decimal&) = delete;
 
-// Row 0 of a dictionary has no keyword.
-std::string_view keyword_of(const ClssDicRow& row) {
-  return row.keyword != nullptr ? std::string_view(row.keyword) : std::string_view();
-}
+  operator std::string_view() const { return {begin_, std::end(text_)}; }
+
+ private:
+  char text_[11];
+  char* begin_ = std::end(text_);
+};
 
 }  // namespace
 
@@ -49,7 +58,7 @@ static i32 send_data(u16 dataFormat, const char* jobID, u32 dataSize, const Outp
   if (out.length == nullptr || jobID == nullptr || dataSize == 0) return CLSS_COMMAND_BAD_ARGUMENT;
   const Decimal bytes(dataSize);
   const std::string_view format = glb_clssdicDataFormatTbl[dataFormat].keyword;
-  return rewrite(kSendData, {jobID, format, bytes.text}, out);
+  return rewrite(kSendData, {jobID, format, bytes}, out);
 }
 
 i32 CLSS_MakeCommand_SendDataJPEG(const char* jobID, u32 dataSize, char* buffer, u64 size,
@@ -100,8 +109,7 @@ i32 CLSS_MakeCommand_SendDataRAW(const char* jobID, u16 width, u16 height, char*
   const Decimal columns(width);
   const Decimal rows(height);
   const Decimal bytes(u32{width} * u32{height} * 3);
-  return rewrite(kSendRawData, {jobID, bytes.text, columns.text, rows.text},
-                 {buffer, size, length});
+  return rewrite(kSendRawData, {jobID, bytes, columns, rows}, {buffer, size, length});
 }
 
 // clang-format off
