@@ -3,6 +3,7 @@
 
 #pragma once
 
+#include <chrono>
 #include <cstddef>
 #include <string>
 #include <string_view>
@@ -28,6 +29,14 @@ class Channel {
   /// Returns the reply as the printer sent it, at most kLongestReply bytes, unread; or kUnreachable (no connection, no
   /// answer in time, connection broken) or kBadReply (longer than kLongestReply, or the transport's own refusal).
   virtual Result<std::string> exchange(std::string_view command, std::string_view data) = 0;
+
+  /// The same for a command that has to get through after the caller has stopped (CancelJob): a channel with a cancel flag
+  /// does not look at it, and one with a time-out takes `limit` in its place.
+  virtual Result<std::string> exchange_regardless(std::string_view command,
+                                                  std::chrono::milliseconds limit) {
+    static_cast<void>(limit);
+    return exchange(command, {});
+  }
 
   /// The printer's IEEE 1284 device ID, without its two length bytes; kUnreachable when this way has none to give.
   virtual Result<std::string> device_id() = 0;

@@ -1,0 +1,367 @@
+// SPDX-FileCopyrightText: 2026 The pxcl developers
+// SPDX-License-Identifier: Apache-2.0
+
+// What replies turn into: the values of capability and status, and settings made of both.
+
+#include "client/settings.hpp"
+
+#include <gtest/gtest.h>
+
+#include "client/printer.hpp"
+#include "scripted_printer.hpp"
+
+namespace pxcl::client {
+namespace {
+
+std::string status_reply(const std::string& body, std::string_view service = "print") {
+  return make_reply("GetStatusResponse", service, "<zirk:response>OK</zirk:response>" + body);
+}
+
+PrintCapability capability_of(const std::string& body) {
+  Result<PrintCapability> capability = read_print_capability(
+      make_reply("GetCapabilityResponse", "print", "<zirk:response>OK</zirk:response>" + body));
+  EXPECT_TRUE(capability) << capability.error().message;
+  return std::move(capability).value();
+}
+
+Status status_of(const std::string& body) {
+  return read_status(status_reply(body)).value();
+}
+
+TEST(Capability, HoldsWhatTheReplySays) {
+  const PrintCapability capability = capability_of(kCapability);
+  ASSERT_EQ(capability.sizes.size(), 2U);
+  const PaperSize& a4 = capability.sizes[0];
+  EXPECT_EQ(a4.size.keyword, "iso_a4_210x297mm");
+  EXPECT_EQ(a4.outline->width, 21000);
+  EXPECT_EQ(a4.outline->height, 29700);
+  EXPECT_EQ(a4.border->area.width, 4801U);
+  EXPECT_EQ(a4.border->area.height, 6827U);
+  EXPECT_EQ(a4.border->margins, (std::array<std::uint32_t, 4>{71, 118, 80, 81}));
+  EXPECT_FALSE(a4.borderless);
+  EXPECT_EQ(a4.duplex->area.height, 6644U);
+  ASSERT_EQ(capability.media.size(), 2U);
+  EXPECT_FALSE(capability.media[0].borderless);
+  EXPECT_EQ(capability.media[0].color_modes.size(), 2U);
+  EXPECT_EQ(capability.media[0].duplex.size(), 3U);
+  EXPECT_TRUE(capability.media[1].borderless && capability.media[1].border);
+  EXPECT_TRUE(capability.media[1].duplex.empty());
+  ASSERT_EQ(capability.formats.size(), 2U);
+  EXPECT_EQ(capability.formats[1].keyword, "PWGRaster");
+  EXPECT_EQ(capability.host_environment->keyword, "linux");
+  EXPECT_EQ(capability.max_pixels->height, 7020U);
+  EXPECT_FALSE(capability.min_pixels);
+  EXPECT_TRUE(capability.next_page && capability.date_time);
+  EXPECT_FALSE(capability.job_queue || capability.disc_guide || capability.disc_labels ||
+               capability.mismatch_none);
+}
+
+TEST(Capability, OfAPrinterThatTellsNothingIsEmpty) {
+  const PrintCapability capability = capability_of("");
+  EXPECT_TRUE(capability.sizes.empty() && capability.media.empty() && capability.formats.empty());
+  EXPECT_FALSE(capability.host_environment || capability.max_pixels);
+}
+
+TEST(Capability, ThatCannotBeReadIsABadReply) {
+  for (const char* body : {"<zirk:papersize>iso_a4_210x297mm</zirk:papersize><zirk:margin_border "
+                           "papersize=\"iso_a4_210x297mm\">1,2,3</zirk:margin_border>",
+                           "<zirk:max_pixels>1,2,3</zirk:max_pixels>"}) {
+    const auto read = read_print_capability(make_reply(
+        "GetCapabilityResponse", "print", std::string("<zirk:response>OK</zirk:response>") + body));
+    ASSERT_FALSE(read);
+    EXPECT_EQ(read.error().fault, Fault::kBadReply);
+  }
+}
+
+TEST(Status, HoldsWhatTheReplySays) {
+  const Status status =
+      read_status(
+          status_reply(
+              "<zirk:status>stopped</zirk:status><zirk:status_detail>MediaJam</zirk:status_detail>"
+              "<zirk:current_support_code>1303</zirk:current_support_code>"
+              "<zirk:jobstatus><zirk:jobID>00000007</zirk:jobID><zirk:jobprogress>stopped</"
+              "zirk:jobprogress></zirk:jobstatus>"
+              "<zirk:currentpapertype "
+              "physicalinputbin=\"inputbin_p1\">custom-media-type-vaslo-37</zirk:currentpapertype>"
+              "<zirk:currentpapersize "
+              "physicalinputbin=\"inputbin_p1\">iso_a4_210x297mm</zirk:currentpapersize>"
+              "<zirk:marker_info><zirk:ink><vrx:tca>AC</vrx:tca></zirk:ink></zirk:marker_info>"
+              "<zirk:jobinfo jobID=\"00000042\"><zirk:job_description>00000042 "
+              "x</zirk:job_description>"
+              "<zirk:jobprogress>busying</zirk:jobprogress><zirk:complete_impression>3</"
+              "zirk:complete_impression></zirk:jobinfo>"),
+          "00000042")
+          .value();
+  EXPECT_EQ(status.state->keyword, "stopped");
+  EXPECT_EQ(status.detail->row, kMediaJam);
+  EXPECT_EQ(status.support_code, "1303");
+  EXPECT_EQ(status.job_id, "00000007");
+  EXPECT_EQ(status.job_progress->row, kJobStopped);
+  ASSERT_EQ(status.paper.size(), 1U);
+  EXPECT_TRUE(status.paper[0].by_panel);
+  EXPECT_EQ(status.paper[0].type.keyword, "custom-media-type-vaslo-37");
+  EXPECT_EQ(status.inks_fine, true);
+  ASSERT_TRUE(status.job);
+  EXPECT_EQ(status.job->job_id, "00000042");
+  EXPECT_EQ(status.job->progress->row, kJobBusying);
+  EXPECT_EQ(status.job->impressions, 3);
+  EXPECT_FALSE(status.job->state);
+}
+
+TEST(Status, LeavesOutWhatIsUnknown) {
+  const Status status = status_of("<zirk:status>dreaming</zirk:status><zirk:status_detail/>");
+  EXPECT_FALSE(status.state || status.detail || status.support_code || status.job_id ||
+               status.inks_fine || status.job);
+  EXPECT_TRUE(status.paper.empty());
+  EXPECT_FALSE(needs_attention(status));
+}
+
+// The job's block can't be found then: it is no sign that the job has ended.
+TEST(Status, WithUnevenDetailsTellsNothingOfAJob) {
+  const std::string reply = status_reply(
+      "<zirk:status>idle</zirk:status><zirk:status_detail_list><zirk:item "
+      "id=\"1\"><zirk:error_code>7"
+      "</zirk:error_code></zirk:item><zirk:item id=\"2\"/></zirk:status_detail_list>");
+  EXPECT_EQ(read_status(reply).value().state->keyword, "idle");
+  EXPECT_FALSE(read_status(reply, "00000042"));
+}
+
+TEST(Attention, SaysWhatToDo) {
+  struct Row {
+    const char* state;
+    const char* detail;
+    bool attention;
+    const char* words;
+  };
+  const Row rows[] = {
+      {"stopped", "MediaEmpty", true, "out of paper"},
+      {"stopped", "DoorOpen", true, "cover"},
+      {"stopped", "MediaJam", true, "jammed"},
+      {"stopped", "MarkerSupplyAttention", true, "ink"},
+      {"stopped", "CUSTOM_MISMATCH", true, "not the job's"},
+      {"stopped", "", true, "panel"},
+      {"notready", "DoorOpen", true, "cover"},
+      {"notready", "DeviceBusy", false, ""},
+      {"processing", "MarkerSupplyAttention", false, ""},
+      {"idle", "", false, ""},
+  };
+  for (const Row& row : rows) {
+    const Status status = status_of("<zirk:status>" + std::string(row.state) +
+                                    "</zirk:status><zirk:status_detail>" + row.detail +
+                                    "</zirk:status_detail><zirk:current_support_code>1\x1B"
+                                    "7</zirk:current_support_code>");
+    EXPECT_EQ(needs_attention(status), row.attention) << row.state << " " << row.detail;
+    const std::string sentence = attention_sentence(status);
+    EXPECT_NE(sentence.find(row.words), std::string::npos) << sentence;
+    EXPECT_NE(sentence.find("(support code 1"), std::string::npos) << sentence;
+    EXPECT_EQ(sentence.find('\x1B'), std::string::npos);
+  }
+}
+
+// ---- Settings
+
+struct Wish {
+  const char* name;
+  Wishes wishes;
+  const char* size;  // null: unsuitable
+  const char* type;
+  bool borderless;
+  const char* color;
+  std::uint16_t duplex;  // 0: no choice
+  std::uint32_t area_width;
+};
+
+const std::optional<std::string> kAny;
+const std::string kA4 = "iso_a4_210x297mm", k4x6 = "na_index-4x6_4x6in", kPlain = "stationery",
+                  kPhoto = "photographic";
+
+const Wish kWishes[] = {
+    {"nothing: the plain paper", {}, kA4.c_str(), "stationery", false, "color", kDuplexOff, 4801},
+    {"a type", {kAny, kPhoto, {}, {}, {}}, k4x6.c_str(), "photographic", true, "color", 0, 2520},
+    {"a size", {k4x6, kAny, {}, {}, {}}, k4x6.c_str(), "photographic", true, "color", 0, 2520},
+    {"both, loaded or not",
+     {k4x6, kPlain, {}, {}, {}},
+     k4x6.c_str(),
+     "stationery",
+     false,
+     "color",
+     kDuplexOff,
+     2240},
+    {"with borders",
+     {kAny, kPhoto, false, {}, {}},
+     k4x6.c_str(),
+     "photographic",
+     false,
+     "color",
+     0,
+     2240},
+    {"monochrome",
+     {kAny, kAny, {}, "monochrome", {}},
+     kA4.c_str(),
+     "stationery",
+     false,
+     "monochrome",
+     kDuplexOff,
+     4801},
+    {"short side",
+     {kAny, kAny, {}, {}, kDuplexShortSide},
+     kA4.c_str(),
+     "stationery",
+     false,
+     "color",
+     kDuplexShortSide,
+     4802},
+    {"some side",
+     {kAny, kAny, {}, {}, kDuplexOn},
+     kA4.c_str(),
+     "stationery",
+     false,
+     "color",
+     kDuplexLongSide,
+     4802},
+    {"one side where there is no choice",
+     {kAny, kPhoto, {}, {}, kDuplexOff},
+     k4x6.c_str(),
+     "photographic",
+     true,
+     "color",
+     0,
+     2520},
+    {"no such size",
+     {"na_letter_8.5x11in", kAny, {}, {}, {}},
+     nullptr,
+     kA4.c_str(),
+     false,
+     "",
+     0,
+     0},
+    {"a size of nobody's", {"A4", kAny, {}, {}, {}}, nullptr, kA4.c_str(), false, "", 0, 0},
+    {"no such type", {kAny, "vellum", {}, {}, {}}, nullptr, "photographic", false, "", 0, 0},
+    {"borderless on plain paper",
+     {kAny, kAny, true, {}, {}},
+     nullptr,
+     "only with borders",
+     false,
+     "",
+     0,
+     0},
+    {"no such colour mode",
+     {kAny, kAny, {}, "sepia", {}},
+     nullptr,
+     "color, monochrome",
+     false,
+     "",
+     0,
+     0},
+    {"not on this paper",
+     {kAny, kPhoto, {}, "monochrome", {}},
+     nullptr,
+     "Possible: color.",
+     false,
+     "",
+     0,
+     0},
+    {"two sides of photo paper",
+     {kAny, kPhoto, {}, {}, kDuplexOn},
+     nullptr,
+     "one-sided",
+     false,
+     "",
+     0,
+     0},
+    {"two sides of a size without",
+     {k4x6, kPlain, {}, {}, kDuplexLongSide},
+     nullptr,
+     "Possible: one-sided.",
+     false,
+     "",
+     0,
+     0},
+};
+
+TEST(Settings, AreWishesMadeComplete) {
+  const PrintCapability capability = capability_of(kCapability);
+  const Status status = status_of(kLoaded);
+  for (const Wish& row : kWishes) {
+    SCOPED_TRACE(row.name);
+    const Result<Settings> made = complete_settings(row.wishes, capability, status);
+    if (row.size == nullptr) {
+      ASSERT_FALSE(made);
+      EXPECT_EQ(made.error().fault, Fault::kUnsuitable);
+      EXPECT_NE(made.error().message.find(row.type), std::string::npos) << made.error().message;
+      continue;
+    }
+    ASSERT_TRUE(made) << made.error().message;
+    const Settings& settings = made.value();
+    EXPECT_EQ(settings.size.keyword, row.size);
+    EXPECT_EQ(settings.type.keyword, row.type);
+    EXPECT_EQ(settings.borderless, row.borderless);
+    EXPECT_EQ(settings.color_mode->keyword, row.color);
+    EXPECT_EQ(settings.duplex ? settings.duplex->row : 0, row.duplex);
+    EXPECT_EQ(settings.print_area.area.width, row.area_width);
+  }
+}
+
+std::string bin(int number, const std::string& type, const std::string& size) {
+  const std::string name = " physicalinputbin=\"inputbin_p" + std::to_string(number) + "\">";
+  return "<zirk:currentpapertype" + name + type + "</zirk:currentpapertype><zirk:currentpapersize" +
+         name + size + "</zirk:currentpapersize>";
+}
+
+TEST(Settings, DependOnWhatIsLoaded) {
+  struct Row {
+    std::string loaded;
+    Wishes wishes;
+    const char* words;  // of the error; null: settings
+  };
+  const std::string panelPhoto = bin(1, "custom-media-type-vaslo-37", k4x6);
+  const Row rows[] = {
+      {"", {}, "does not tell which paper"},
+      {panelPhoto, {}, "does not tell which paper"},
+      {panelPhoto + bin(2, kPhoto, k4x6), {k4x6, kAny, {}, {}, {}}, nullptr},
+      {bin(1, kPhoto, k4x6), {}, nullptr},
+      {bin(1, kPhoto, k4x6), {kAny, kPlain, {}, {}, {}}, "Load it"},
+      {bin(1, kPlain, kA4) + bin(2, kPlain, k4x6), {}, "open which paper"},
+      {bin(1, kPlain, kA4) + bin(2, kPhoto, kA4),
+       {kA4, kAny, {}, {}, {}},
+       "open which paper of the size"},
+      {bin(1, kPlain, "iso_a5_148x210mm"), {}, "not what the printer offers"},
+      {"", {kA4, kPlain, {}, {}, {}}, nullptr},
+  };
+  const PrintCapability capability = capability_of(kCapability);
+  for (const Row& row : rows) {
+    SCOPED_TRACE(row.loaded);
+    const Result<Settings> made = complete_settings(row.wishes, capability, status_of(row.loaded));
+    ASSERT_EQ(made.ok(), row.words == nullptr);
+    if (made) continue;
+    EXPECT_EQ(made.error().fault, Fault::kUnsuitable);
+    EXPECT_NE(made.error().message.find(row.words), std::string::npos) << made.error().message;
+  }
+}
+
+TEST(Words, AreOnTheRowsThatTheClientActsOn) {
+  struct Row {
+    Dictionary dictionary;
+    std::uint16_t row;
+    const char* keyword;
+  };
+  const Row rows[] = {
+      {printer_states(), kIdle, "idle"},
+      {printer_states(), kProcessing, "processing"},
+      {printer_states(), kStopped, "stopped"},
+      {printer_states(), kNotReady, "notready"},
+      {printer_states(), kCanceling, "canceling"},
+      {printer_state_details(), kPaperMismatch, "CUSTOM_MISMATCH"},
+      {printer_state_details(), kDeviceBusy, "DeviceBusy"},
+      {job_progresses(), kJobCanceling, "canceling"},
+      {data_formats(), kPwgRaster, "PWGRaster"},
+      {refusals(), kSuspended, "Suspended"},
+      {service_types(), static_cast<std::uint16_t>(Service::kMaintenance), "maintenance"},
+  };
+  for (const Row& row : rows) EXPECT_EQ(row.dictionary.at(row.row)->keyword, row.keyword);
+  EXPECT_FALSE(paper_sizes().at(65535));
+  EXPECT_FALSE(paper_sizes().at(83));
+}
+
+}  // namespace
+}  // namespace pxcl::client
