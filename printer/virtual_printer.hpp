@@ -20,11 +20,13 @@ struct Answer {
     kReply,     ///< `bytes` at once.
     kDrip,      ///< `bytes`, one every `interval`.
     kNoAnswer,  ///< Nothing, and the connection stays open.
-    kClose,     ///< `bytes` (perhaps none), then the connection is closed before the reply is complete.
+    kClose,  ///< `bytes` (perhaps none), then the connection is closed before the reply is complete.
   };
   Kind kind = Kind::kReply;
   std::string bytes;
   std::chrono::milliseconds interval{0};
+  bool bad_request =
+      false;  ///< The request is no command: `bytes` is a sentence that says why, not a reply.
 };
 
 /// A printer of one profile, in this process. Calls may come from several threads; each request is answered as a whole.
@@ -36,7 +38,8 @@ class VirtualPrinter {
                  const std::vector<std::string>& faults = {});
   ~VirtualPrinter();
 
-  /// Answers one request: a command document, and right behind it the data that it announces.
+  /// Answers one request: a command document, and right behind it the data that it announces. A request that is too
+  /// long, or no command at all, is answered as well. After PowerOff every connection is closed without a byte.
   [[nodiscard]] Answer answer(std::string_view request);
 
   /// The device ID, without its two length bytes.
@@ -47,6 +50,12 @@ class VirtualPrinter {
 
   /// Whether no job is open, of any service.
   [[nodiscard]] bool is_idle() const;
+
+  /// One line for each request so far, at most the last thousand: what it was, and what came of it and why.
+  [[nodiscard]] std::vector<std::string> log() const;
+
+  /// A person comes: fills every bin, clears the paper path, closes the cover, replaces empty inks. A stopped job goes on.
+  void attend();
 
  private:
   class State;

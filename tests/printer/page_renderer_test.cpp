@@ -1,0 +1,386 @@
+// SPDX-FileCopyrightText: 2026 The pxcl developers
+// SPDX-License-Identifier: Apache-2.0
+
+#include "printer/page_renderer.hpp"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <cstdlib>
+#include <fstream>
+#include <iterator>
+#include <string>
+#include <vector>
+
+#include "dialogue.hpp"
+#include "picture.hpp"
+#include "rasters.hpp"
+
+namespace pxcl::printer {
+namespace {
+
+namespace fs = std::filesystem;
+using Bytes = std::vector<std::uint8_t>;
+
+// A folder of the test's own, for rasters and pictures.
+class PageRenderer : public testing::Test {
+ protected:
+  PageRenderer() { fs::create_directory(path_ / "pages"); }
+
+  [[nodiscard]] fs::path page(std::size_t index) const {
+    return path_ / "pages" / (std::to_string(index) + ".png");
+  }
+
+  [[nodiscard]] Rendering render_file() const {
+    return render_pages(
+        path_ / "raster", [this](std::size_t index) { return page(index); }, 2);
+  }
+
+  [[nodiscard]] Rendering render(const std::string& raster) const {
+    std::ofstream(path_ / "raster", std::ios::binary) << raster;
+    return render_file();
+  }
+
+  [[nodiscard]] std::size_t files() const {
+    return static_cast<std::size_t>(std::distance(fs::directory_iterator(path_ / "pages"), {}));
+  }
+
+  const Folder folder_;
+  const fs::path path_ = folder_.path();
+};
+
+std::string read_file(const fs::path& path) {
+  std::ifstream file(path, std::ios::binary);
+  return {std::istreambuf_iterator<char>(file), {}};
+}
+
+std::string bytes(std::initializer_list<unsigned> values) {
+  std::string result;
+  for (const unsigned value : values) result += static_cast<char>(value);
+  return result;
+}
+
+// A page of 3 x 2 gray pixels.
+RasterPage small_page() {
+  RasterPage page;
+  page.width = 3;
+  page.height = 2;
+  page.bytes_per_line = 3;
+  page.lines = {bytes({0, 100, 255}), bytes({7, 8, 9})};
+  return page;
+}
+
+// ------------------------------------------------------------------------------ what pixels become
+
+struct ColorCase {
+  const char* name;
+  unsigned color_space;
+  unsigned sample_bits;
+  unsigned pixel_bits;
+  std::string line;  // Of two or three pixels,
+  unsigned width;
+  Bytes expected;  // and what they become: gray when there are as many, else RGB.
+};
+
+const ColorCase kColorCases[] = {
+    {"gray", 18, 8, 8, bytes({0, 100, 255}), 3, {0, 100, 255}},
+    {"luminance", 0, 8, 8, bytes({0, 100, 255}), 3, {0, 100, 255}},
+    {"black", 3, 8, 8, bytes({0, 100, 255}), 3, {255, 155, 0}},
+    {"gray, 1 bit", 18, 1, 1, bytes({0b10100000}), 3, {255, 0, 255}},
+    {"black, 1 bit", 3, 1, 1, bytes({0b10100000}), 3, {0, 255, 0}},
+    {"gray, 2 bits", 18, 2, 2, bytes({0b00011000}), 3, {0, 85, 170}},
+    {"gray, 4 bits", 18, 4, 4, bytes({0x0F, 0x80}), 3, {0, 255, 136}},
+    {"gray, 16 bits", 18, 16, 16, bytes({0x12, 0x34, 0x80, 0, 0xFF, 0xFF}), 3, {18, 128, 255}},
+    {"black, 16 bits", 3, 16, 16, bytes({0x12, 0x34, 0x80, 0, 0xFF, 0xFF}), 3, {237, 127, 0}},
+    {"sRGB", 19, 8, 24, bytes({1, 2, 3, 255, 128, 0}), 2, {1, 2, 3, 255, 128, 0}},
+    {"device RGB", 1, 8, 24, bytes({1, 2, 3, 255, 128, 0}), 2, {1, 2, 3, 255, 128, 0}},
+    {"sRGB, 16 bits",
+     19,
+     16,
+     48,
+     bytes({0x12, 0x34, 0, 0, 0xFF, 0xFF, 1, 2, 0x30, 0, 9, 9}),
+     2,
+     {18, 0, 255, 1, 48, 9}},
+    {"sRGB, 1 bit: a pixel's four bits begin with one that is not used",
+     19,
+     1,
+     4,
+     bytes({0b0100'0011, 0b1001'0000}),
+     3,
+     {255, 0, 0, 0, 255, 255, 0, 0, 255}},
+    {"sRGB, 2 bits: a pixel's byte begins with two that are not used",
+     19,
+     2,
+     8,
+     bytes({0b00'11'01'10, 0b00'00'11'00}),
+     2,
+     {255, 85, 170, 0, 255, 0}},
+    // By way of both spaces' XYZ matrices, rounded.
+    {"Adobe RGB",
+     20,
+     8,
+     24,
+     bytes({200, 100, 50, 40, 120, 220, 180, 170, 90}),
+     3,
+     {227, 100, 42, 0, 121, 224, 185, 172, 84}},
+    {"Adobe RGB, white and gray",
+     20,
+     8,
+     24,
+     bytes({255, 255, 255, 128, 128, 128}),
+     2,
+     {255, 255, 255, 129, 129, 129}},
+    {"CMY", 4, 8, 24, bytes({255, 0, 0, 10, 20, 30}), 2, {0, 255, 255, 245, 235, 225}},
+    {"CMYK", 6, 8, 32, bytes({255, 0, 0, 0, 0, 0, 100, 128}), 2, {0, 255, 255, 127, 127, 77}},
+    {"CMYK, 16 bits",
+     6,
+     16,
+     64,
+     bytes({0xFF, 0xFF, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 100, 100, 128, 128}),
+     2,
+     {0, 255, 255, 127, 127, 77}},
+    {"CMYK, 1 bit", 6, 1, 4, bytes({0b1000'0011}), 2, {0, 255, 255, 0, 0, 0}},
+};
+
+TEST_F(PageRenderer, EveryKindOfPixelBecomesGrayOrRgb) {
+  for (const RasterForm form : {RasterForm::kPwg, RasterForm::kCups, RasterForm::kCupsLittle}) {
+    for (const ColorCase& row : kColorCases) {
+      SCOPED_TRACE(std::string(row.name) + ", form " + std::to_string(static_cast<int>(form)));
+      RasterPage raster;
+      raster.width = row.width;
+      raster.height = 2;
+      raster.sample_bits = row.sample_bits;
+      raster.pixel_bits = row.pixel_bits;
+      raster.bytes_per_line = static_cast<unsigned>(row.line.size());
+      raster.color_space = row.color_space;
+      raster.lines = {std::string(row.line.size(), '\0'), row.line};
+      const Rendering rendering = render(make_raster({raster}, form));
+      ASSERT_EQ(rendering.error, "");
+      const Picture picture = read_png(page(0));
+      ASSERT_EQ(picture.height, 2U);
+      EXPECT_EQ(picture.channels, row.expected.size() / row.width);
+      EXPECT_EQ(Bytes(picture.pixels.end() - static_cast<std::ptrdiff_t>(row.expected.size()),
+                      picture.pixels.end()),
+                row.expected);
+    }
+  }
+}
+
+// --------------------------------------------------------------------------------- pages and files
+
+TEST_F(PageRenderer, TellsWhereEachPageIsAndItsSize) {
+  RasterPage second = small_page();
+  second.width = 2;
+  second.height = 1;
+  second.bytes_per_line = 2;
+  second.lines = {bytes({50, 60})};
+  const Rendering rendering = render(make_raster({small_page(), second}, RasterForm::kPwg));
+  EXPECT_EQ(rendering.error, "");
+  ASSERT_EQ(rendering.pages.size(), 2U);
+  EXPECT_EQ(rendering.pages[0].path, page(0));
+  EXPECT_EQ(rendering.pages[0].width, 3U);
+  EXPECT_EQ(rendering.pages[0].height, 2U);
+  EXPECT_EQ(rendering.pages[0].x_resolution, 300U);
+  EXPECT_EQ(rendering.pages[0].y_resolution, 600U);
+  EXPECT_EQ(read_png(page(0)).pixels, (Bytes{0, 100, 255, 7, 8, 9}));
+  EXPECT_EQ(read_png(page(1)).pixels, (Bytes{50, 60}));
+}
+
+TEST_F(PageRenderer, NoMorePagesAreMadeThanTheCallerTakes) {
+  const Rendering rendering = render(make_raster(std::vector(3, small_page()), RasterForm::kPwg));
+  EXPECT_EQ(rendering.error, "Page 3 of the raster is one too many.");
+  EXPECT_EQ(rendering.pages.size(), 2U);
+  EXPECT_EQ(files(), 2U);
+}
+
+TEST_F(PageRenderer, ThePictureNamesItsResolutionInDotsPerMetre) {
+  ASSERT_EQ(render(make_raster({small_page()}, RasterForm::kPwg)).error, "");
+  EXPECT_NE(
+      read_file(page(0)).find(std::string("pHYs") + bytes({0, 0, 0x2E, 0x23, 0, 0, 0x5C, 0x46, 1})),
+      std::string::npos);
+  RasterPage without = small_page();
+  without.x_resolution = 0;
+  ASSERT_EQ(render(make_raster({without}, RasterForm::kPwg)).error, "");
+  EXPECT_EQ(read_file(page(0)).find("pHYs"), std::string::npos);
+}
+
+TEST_F(PageRenderer, LinesMayBeFilledUp) {
+  RasterPage padded = small_page();
+  padded.bytes_per_line = 8;
+  for (std::string& line : padded.lines) line.resize(8, '\x55');
+  ASSERT_EQ(render(make_raster({padded}, RasterForm::kCups)).error, "");
+  EXPECT_EQ(read_png(page(0)).pixels, (Bytes{0, 100, 255, 7, 8, 9}));
+}
+
+TEST_F(PageRenderer, APictureThatCanNotBeWrittenIsASentence) {
+  const struct {
+    const char* path;
+    const char* reason;
+  } rows[] = {
+      {"/dev/full", "No space left on device"},
+      {"/nowhere/page.png", "No such file or directory"},
+  };
+  // More than the C library keeps to itself, so that a row fails and not only the end.
+  RasterPage noise = small_page();
+  noise.width = noise.bytes_per_line = 3000;
+  noise.height = 100;
+  noise.lines.clear();
+  std::uint32_t state = 1;
+  for (unsigned y = 0; y < noise.height; ++y) {
+    std::string& line = noise.lines.emplace_back();
+    for (unsigned x = 0; x < noise.width; ++x) {
+      state = state * 1664525 + 1013904223;
+      line += static_cast<char>(state >> 24);
+    }
+  }
+  for (const RasterPage& raster : {small_page(), noise}) {
+    std::ofstream(path_ / "raster", std::ios::binary) << make_raster({raster}, RasterForm::kCups);
+    for (const auto& row : rows) {
+      const Rendering rendering = render_pages(
+          path_ / "raster", [&](std::size_t) { return fs::path(row.path); }, 1);
+      EXPECT_TRUE(rendering.pages.empty());
+      EXPECT_EQ(rendering.error,
+                std::string("The page can't be written to ") + row.path + ": " + row.reason + ".");
+    }
+  }
+  EXPECT_TRUE(fs::exists("/dev/full"));
+}
+
+TEST_F(PageRenderer, ARasterThatCanNotBeReadIsASentence) {
+  const auto to = [this](std::size_t index) { return page(index); };
+  EXPECT_NE(render_pages(path_ / "none", to, 1).error.find("No such file"), std::string::npos);
+  EXPECT_NE(render_pages(path_, to, 1).error, "");
+}
+
+// --------------------------------------------------------------------------------- hostile rasters
+
+struct HostileCase {
+  const char* name;
+  void (*damage)(RasterPage& page);
+  const char* sentence;  // A part of it.
+};
+
+const HostileCase kHostileCases[] = {
+    {"no width", [](RasterPage& page) { page.width = 0; }, "Page 1"},
+    {"no height", [](RasterPage& page) { page.height = 0; }, "Page 1"},
+    {"2^31 lines", [](RasterPage& page) { page.height = 1U << 31; }, "3 x 2147483648 pixels"},
+    {"2^32 - 1 lines", [](RasterPage& page) { page.height = 0xFFFFFFFF; }, "no page has"},
+    {"2^31 pixels wide", [](RasterPage& page) { page.width = page.bytes_per_line = 1U << 31; },
+     "Page 1"},
+    {"wider than the widest", [](RasterPage& page) { page.width = page.bytes_per_line = 65'536; },
+     "65536 x 2 pixels"},
+    {"lines of 2^31 bytes", [](RasterPage& page) { page.bytes_per_line = 1U << 31; }, "Page 1"},
+    {"lines of no bytes", [](RasterPage& page) { page.bytes_per_line = 0; }, "Page 1"},
+    {"lines too short", [](RasterPage& page) { page.bytes_per_line = 2; }, "lines of 2 bytes"},
+    {"lines too long", [](RasterPage& page) { page.bytes_per_line = 68; }, "lines of 68 bytes"},
+    {"width times bits wraps to the line's length",
+     [](RasterPage& page) { page.width = 0x20000003, page.bytes_per_line = 3; }, "Page 1"},
+    {"no bits in a sample", [](RasterPage& page) { page.sample_bits = 0; }, "Page 1"},
+    {"no bits in a pixel", [](RasterPage& page) { page.pixel_bits = 0; }, "Page 1"},
+    {"3 bits in a sample", [](RasterPage& page) { page.sample_bits = 3; }, "Page 1"},
+    {"32 bits in a sample", [](RasterPage& page) { page.sample_bits = page.pixel_bits = 32; },
+     "Page 1"},
+    {"a sample of 2^31 bits", [](RasterPage& page) { page.sample_bits = 1U << 31; }, "Page 1"},
+    {"pixels of 16 bits with samples of 8", [](RasterPage& page) { page.pixel_bits = 16; },
+     "Page 1"},
+    {"colours in planes", [](RasterPage& page) { page.color_order = 2; }, "in order 2"},
+    {"colours in no known order", [](RasterPage& page) { page.color_order = 77; }, "Page 1"},
+    {"a device's own ink", [](RasterPage& page) { page.color_space = 48; }, "colour space 48"},
+    {"no known colours", [](RasterPage& page) { page.color_space = 0x80000012; }, "Page 1"},
+};
+
+TEST_F(PageRenderer, RefusesHostileHeaders) {
+  for (const RasterForm form : {RasterForm::kPwg, RasterForm::kCups, RasterForm::kCupsLittle}) {
+    for (const HostileCase& row : kHostileCases) {
+      SCOPED_TRACE(row.name);
+      RasterPage hostile = small_page();
+      row.damage(hostile);
+      const Rendering rendering = render(make_raster({hostile}, form));
+      EXPECT_NE(rendering.error.find(row.sentence), std::string::npos) << rendering.error;
+      EXPECT_TRUE(rendering.pages.empty());
+      EXPECT_EQ(files(), 0U);
+    }
+  }
+}
+
+TEST_F(PageRenderer, RefusesWhatIsNoRaster) {
+  for (const std::string& text :
+       {std::string(), std::string("Ra"), std::string("%PDF-1.7\n"), std::string(5000, '\0')}) {
+    EXPECT_NE(render(text).error.find("isn't a PWG or CUPS raster"), std::string::npos) << text;
+  }
+}
+
+TEST_F(PageRenderer, APageBehindAGoodOneIsRefusedAloneAndByItsNumber) {
+  RasterPage hostile = small_page();
+  hostile.color_space = 48;
+  RasterPage senseless = small_page();
+  senseless.height = 0;
+  for (const RasterPage& second : {hostile, senseless}) {
+    const Rendering rendering = render(make_raster({small_page(), second}, RasterForm::kPwg));
+    EXPECT_EQ(rendering.error.rfind("Page 2 of the raster has ", 0), 0U) << rendering.error;
+    EXPECT_EQ(rendering.pages.size(), 1U);
+    EXPECT_EQ(files(), 1U);
+  }
+}
+
+// Cut at every byte, but for most of those in the middle of the headers, where one is like another.
+TEST_F(PageRenderer, TruncationsAreFoundOut) {
+  for (const RasterForm form : {RasterForm::kPwg, RasterForm::kCups, RasterForm::kCupsLittle}) {
+    const std::string whole = make_raster({small_page(), small_page()}, form);
+    const std::size_t one = make_raster({small_page()}, form).size();
+    fs::remove(page(0));
+    fs::remove(page(1));
+    for (std::size_t size = 0; size <= whole.size();
+         size += size % one > 30 && size % one < 1700 ? 97 : 1) {
+      SCOPED_TRACE(size);
+      const Rendering rendering = render(whole.substr(0, size));
+      EXPECT_EQ(rendering.error.empty(), size == one || size == whole.size()) << rendering.error;
+      EXPECT_EQ(rendering.pages.size(), size == whole.size() ? 2U : size >= one ? 1U : 0U);
+      ASSERT_EQ(files(), rendering.pages.size());
+    }
+  }
+}
+
+// ---------------------------------------------------------------- a page, beside another program's
+
+void mirror(Picture& picture) {
+  const std::size_t row = std::size_t{picture.width} * picture.channels;
+  for (std::size_t at = 0; at < picture.pixels.size(); at += row) {
+    const auto begin = picture.pixels.begin() + static_cast<std::ptrdiff_t>(at);
+    std::reverse(begin, begin + static_cast<std::ptrdiff_t>(row));
+  }
+}
+
+// The test page through the renderer and through pdftoppm at 150 dots per inch. The two programs shade the edges of
+// glyphs and lines differently: the mean difference was 4.4 of 255 when this was written.
+TEST_F(PageRenderer, TheTestPageLooksAsAnotherProgramDrawsIt) {
+  constexpr double kMostDifference = 6;
+  const std::string to = "'" + path_.string() + "/";
+  const std::string make_raster_of_it =
+      PXCL_GHOSTSCRIPT
+      " -q -dSAFER -dBATCH -dNOPAUSE -sDEVICE=pwgraster -r150 -dcupsColorSpace=19 "
+      "-dcupsBitsPerColor=8 -dTextAlphaBits=4 -dGraphicsAlphaBits=4 -sOutputFile=" +
+      to + "raster' '" PXCL_TEST_PAGE "' 2> " + to + "gs.log'";
+  const std::string draw =
+      PXCL_PDFTOPPM " -r 150 -singlefile '" PXCL_TEST_PAGE "' " + to + "other'";
+  ASSERT_EQ(std::system(make_raster_of_it.c_str()), 0) << read_file(path_ / "gs.log");
+  ASSERT_EQ(std::system(draw.c_str()), 0);
+
+  const Rendering rendering = render_file();
+  ASSERT_EQ(rendering.error, "");
+  ASSERT_EQ(rendering.pages.size(), 1U);
+  Picture ours = read_png(page(0));
+  const Picture other = read_ppm(path_ / "other.ppm");
+  const double difference = mean_difference(ours, other);
+  RecordProperty("mean_difference", std::to_string(difference));
+  EXPECT_LT(difference, kMostDifference);
+
+  // That bound would find a fault: the same page mirrored, with red and blue exchanged, is far from it.
+  mirror(ours);
+  EXPECT_GT(mean_difference(ours, other), 4 * kMostDifference);
+}
+
+}  // namespace
+}  // namespace pxcl::printer
