@@ -1,0 +1,238 @@
+# SPDX-FileCopyrightText: 2026 The pxcl developers
+# SPDX-License-Identifier: Apache-2.0
+
+"""Printing on the virtual printer in the same process: what arrives there, and what is refused."""
+
+import os
+import shutil
+import unittest
+
+from support import (ADOBE, BLACK, CMY, CMYK, GRAY, HEADER_SIZE, RGB, SANITIZED, SRGB, WHITE, Case, cups,
+                     environment, header, page, pwg, read_png, run, start)
+
+POSTSCRIPT = b"""%!PS
+<< /PageSize [595 842] >> setpagedevice
+0.2 0.4 0.6 setrgbcolor 0 421 595 421 rectfill showpage
+1 0 0 setrgbcolor 0 0 595 421 rectfill showpage
+"""
+HAS_GHOSTSCRIPT = shutil.which("gs") is not None
+
+
+class Printing(Case):
+    def uri(self, profile="office", output="pages"):
+        return f"virtual:{profile}?output={self.folder / output}"
+
+    def print(self, content, *words, profile="office", output="pages", **options):
+        file = self.folder / "document.jpeg"  # what a document is tells its content
+        file.write_bytes(content)
+        return run("print", file, "--printer", self.uri(profile, output), *words, **options)
+
+    # ---- What arrives ----
+
+    def test_pixels_arrive_as_they_were_sent(self):
+        def inverted(pixels):
+            return bytes(255 - value for value in pixels)
+
+        for name, make, kind, picture in [
+            ("sRGB", pwg, {"space": SRGB}, bytes), ("gray", pwg, {"space": GRAY}, bytes),
+            ("CUPS sRGB", cups, {"space": SRGB}, bytes), ("CUPS RGB", cups, {"space": RGB}, bytes),
+            ("CUPS white", cups, {"space": WHITE}, bytes), ("CUPS black", cups, {"space": BLACK}, inverted),
+            ("one pixel", pwg, {"width": 1, "height": 1}, bytes),
+        ]:
+            with self.subTest(name):
+                head, pixels = page(**kind)
+                ended = self.print(make([(head, pixels)]), "--size", "a4", "--type", "stationery", "--json", output=name)
+                self.expect(ended, 0)
+                report = ended.json()
+                self.assertEqual((report["pages"], len(report["files"])), (1, 1))
+                self.assertEqual(read_png(report["files"][0])[3], picture(pixels))
+
+    def test_lines_with_padding_arrive_without_it(self):
+        head, pixels = page(width=50, height=3, space=SRGB, line=159)  # 150 bytes, and three pixels more
+        ended = self.print(cups([(head, pixels)]), "--json")
+        self.expect(ended, 0)
+        width, _, _, arrived = read_png(ended.json()["files"][0])
+        self.assertEqual((width, arrived), (50, b"".join(pixels[at:at + 150] for at in (0, 159, 318))))
+
+    def test_other_pixels_of_pwg_raster_are_passed_on(self):
+        for space, bits in [(GRAY, 1), (BLACK, 1), (GRAY, 16), (SRGB, 16), (ADOBE, 8), (CMYK, 8)]:
+            with self.subTest(space=space, bits=bits):
+                self.expect(self.print(pwg([page(width=64, space=space, bits=bits)])), 0)
+
+    def test_pages_and_copies_come_in_order(self):
+        pages = [page(seed=seed, height=20 + seed) for seed in (1, 2, 3)]
+        for words, feed, count in [([], False, 3), (["--copies", "3"], False, 9), ([], True, 3)]:
+            output = f"{count}{feed}"
+            if feed:
+                ended = run("print", "-", "--printer", self.uri(output=output), "--json", feed=pwg(pages))
+            else:
+                ended = self.print(pwg(pages), "--json", *words, output=output)
+            self.expect(ended, 0)
+            heights = [read_png(file)[1] for file in ended.json()["files"]]
+            self.assertEqual(heights, [21, 22, 23] * (count // 3))
+
+    def test_each_profile_prints(self):
+        for profile, size in [("office", (595, 842)), ("photo", (288, 432)), ("wide", (842, 1191))]:
+            with self.subTest(profile):
+                raster = pwg([page(page_width=size[0], page_height=size[1])])
+                ended = self.print(raster, "--json", profile=profile, output=profile)
+                self.assertIn(ended.code, (0, 1))  # an ink of the wide one is low
+                self.assertEqual("ink" in ended.err, ended.code == 1)
+                self.assertEqual(ended.json()["pages"], 1)
+
+    def test_settings_are_those_asked_for(self):
+        for words, expected in [
+            (["--size", "a4"], {"size": "iso_a4_210x297mm", "type": "stationery", "duplex": "off"}),
+            (["--size", "letter", "--duplex", "short"], {"size": "na_letter_8.5x11in", "duplex": "short"}),
+            (["--size", "a4", "--color", "monochrome"], {"color": "monochrome"}),
+            (["--size", "4x6in", "--type", "photographic", "--borderless", "on"], {"borderless": True}),
+            ([], {"size": "iso_a4_210x297mm"}),  # the raster's
+        ]:
+            with self.subTest(words):
+                ended = self.print(pwg([page()]), "--json", *words)
+                self.expect(ended, 0)
+                self.assertEqual(ended.json()["settings"], {**ended.json()["settings"], **expected})
+
+    def test_what_the_printer_does_not_offer_is_2(self):
+        for words in (["--size", "a3"], ["--size", "a4", "--type", "custom-media-type-vaslo-43"],
+                      ["--size", "a4", "--type", "stationery", "--borderless", "on"],
+                      ["--size", "a4", "--color", "warmblack"]):
+            with self.subTest(words):
+                ended = self.print(pwg([page()]), *words)
+                self.expect(ended, 2)
+
+    def test_titles_are_made_safe(self):
+        trace = self.folder / "trace"
+        for title in ("]]></zirk:job_description>", "<&\"'>", "\x1b[31m\x07\n", "ü" * 60, "\u202etitle", "x" * 5000, ""):
+            with self.subTest(title):
+                self.expect(self.print(pwg([page()]), "--title", title, "--trace", trace), 0)
+                self.assertNotIn("\x1b", trace.read_text())
+
+    def test_the_dialogue_is_traced(self):
+        trace = self.folder / "trace"
+        self.expect(self.print(pwg([page()] * 2), "--trace", trace), 0)
+        text, at = trace.read_text(), 0
+        for operation in ("GetCapability", "StartJob", "SetJobConfiguration", "SetConfiguration", "SendData", "SendData",
+                          "EndJob", "GetStatus"):
+            at = text.index(f"<zirk:operation>{operation}<", at) + 1
+        self.expect(self.print(pwg([page()]), "--trace", "/dev/full"), 74, "trace")
+        self.expect(self.print(pwg([page()]), "--trace", self.folder / "no" / "trace"), 74, "trace")
+
+    # ---- What is refused ----
+
+    def test_hostile_rasters_are_64_and_a_sentence(self):
+        head, pixels = page(width=20, height=10)
+        good = pwg([(head, pixels)])
+        two = pwg([(head, pixels)] * 2)
+
+        def changed(**fields):
+            return b"RaS2" + header(**{"width": 20, "height": 10, **fields}) + good[4 + HEADER_SIZE:]
+
+        for name, raster, sentence in [
+            ("empty", b"", "no PWG"), ("text", b"hello", "no PWG"), ("sync word alone", b"RaS2", "no pages"),
+            ("half a sync word", b"RaS", "no PWG"), ("header cut", good[:1000], "cut short"),
+            ("pixels cut", good[:-30], "cut short"), ("no pixels", good[:4 + HEADER_SIZE], "cut short"),
+            ("second header cut by all but one byte", good + two[len(good):][:1], "cut short"),
+            ("second header cut by a byte", good + two[len(good):][:HEADER_SIZE - 1], "cut short"),
+            ("second page cut", two[:-1], "cut short"), ("rubbish behind the page", good + b"\n", "cut short"),
+            ("width 0", changed(width=0), "."), ("height 0", changed(height=0), "."),
+            ("no lines", changed(line=0), "."), ("short lines", changed(line=3), "lines of 3 bytes"),
+            ("long lines", changed(line=6000), "lines of 6000 bytes"),
+            ("lines of 2 GiB", changed(line=0x7FFFFFFE), "lines of 2147483646 bytes"),
+            ("wide", changed(width=70_000, line=210_000), "no page has"),
+            ("high", changed(height=4_000_000_000), "no page has"),
+            ("largest", changed(width=2**32 - 1, height=2**32 - 1, line=2**31 - 2), "."),
+            ("CMY", changed(space=CMY), "can't be sent"), ("unknown space", changed(space=200), "."),
+            ("banded", changed(order=1, pixel_bits=8, line=60), "can't be sent"),
+            ("4 bits", changed(bits=4, line=30), "can't be sent"), ("no bits", changed(bits=0, line=60), "."),
+        ]:
+            with self.subTest(name):
+                self.expect(self.print(raster), 64, sentence)
+                ended = run("print", "-", "--printer", self.uri(), feed=raster)
+                self.expect(ended, 64, sentence)
+
+    def test_files_that_can_not_be_read_are_64(self):
+        for path in ("/nowhere", self.folder):
+            self.expect(run("print", path, "--printer", self.uri()), 64)
+
+    def test_raster_from_a_pipe_has_no_copies(self):
+        ended = run("print", "-", "--copies", "2", "--printer", self.uri(), feed=pwg([page()]))
+        self.expect(ended, 64, "copies")
+
+    def test_no_room_for_a_page_is_64(self):
+        self.expect(self.print(pwg([page()]), env=environment(TMPDIR="/nowhere")), 64, "temporary")
+
+    @unittest.skipIf(SANITIZED, "the sanitizer has memory of its own")
+    def test_memory_is_that_of_a_line(self):
+        lines = bytes([255]) + (bytes([127]) + b"\xff" * 3) * 40  # 256 lines of 40 times 128 white pixels
+        file = self.folder / "large"
+        file.write_bytes(b"RaS2" + header(5120, 5120) + lines * 20)
+        with start("print", file, "--printer", self.uri()) as process:
+            _, status, usage = os.wait4(process.pid, 0)
+            process.returncode = os.waitstatus_to_exitcode(status)
+        self.assertEqual(process.returncode, 0)
+        self.assertLess(usage.ru_maxrss, 48 * 1024)  # KiB; the page has 75 MiB
+
+    # ---- PDF and PostScript ----
+
+    @unittest.skipUnless(HAS_GHOSTSCRIPT, "ghostscript is not installed")
+    def test_postscript_is_rendered_for_the_paper(self):
+        for words, size, channels in [
+            (["--size", "a4", "--resolution", "100"], (827, 1169), 3),
+            (["--size", "a4", "--resolution", "100", "--color", "monochrome"], (827, 1169), 1),
+            (["--size", "letter", "--resolution", "72"], (612, 792), 3),
+        ]:
+            with self.subTest(words):
+                ended = self.print(POSTSCRIPT, "--json", *words)
+                self.expect(ended, 0)
+                files = ended.json()["files"]
+                self.assertEqual(len(files), 2)
+                width, height, found, pixels = read_png(files[0])
+                for expected, actual in zip(size, (width, height)):
+                    self.assertAlmostEqual(expected, actual, delta=1)
+                self.assertEqual(found, channels)
+                top = pixels[(height // 4 * width + width // 2) * found:][:found]
+                bottom = pixels[(height * 3 // 4 * width + width // 2) * found:][:found]
+                self.assertEqual(bottom, b"\xff" * found)
+                if found == 3:
+                    self.assertEqual(top, bytes([51, 102, 153]))
+
+    @unittest.skipUnless(HAS_GHOSTSCRIPT, "ghostscript is not installed")
+    def test_the_size_is_the_documents_where_that_is_loaded(self):
+        letter = POSTSCRIPT.replace(b"595 842", b"612 792")
+        for document, profile, words, size in [
+            (POSTSCRIPT, "office", [], "iso_a4_210x297mm"), (letter, "office", [], "na_letter_8.5x11in"),
+            (POSTSCRIPT, "photo", [], "iso_a4_210x297mm"),
+            (POSTSCRIPT, "photo", ["--type", "photographic"], "na_index-4x6_4x6in"),
+        ]:
+            ended = self.print(document, "--resolution", "72", "--json", *words, profile=profile)
+            self.expect(ended, 0)
+            self.assertEqual(ended.json()["settings"]["size"], size)
+        self.expect(self.print(pwg([page(page_width=612, page_height=792)]), profile="photo"), 2)  # not loaded
+
+    @unittest.skipUnless(HAS_GHOSTSCRIPT, "ghostscript is not installed")
+    def test_postscript_through_a_pipe_has_copies(self):
+        ended = run("print", "-", "--copies", "2", "--resolution", "72", "--size", "a4", "--json", "--printer",
+                    self.uri(), feed=POSTSCRIPT)
+        self.expect(ended, 0)
+        self.assertEqual(ended.json()["pages"], 4)
+
+    @unittest.skipUnless(HAS_GHOSTSCRIPT, "ghostscript is not installed")
+    def test_what_can_not_be_rendered_is_64(self):
+        for name, document, sentence in [
+            ("broken PDF", b"%PDF-1.4\nrubbish\n", "ghostscript|no pages"),
+            ("no pages", b"%!PS\n", "no pages"),
+            ("error on page 2", b"%!PS\nshowpage\nnonsense showpage\n", "could not render"),
+            ("a file of another", b"%!PS\n(/etc/passwd) (r) file pop showpage\n", "could not render"),
+            ("a command", b"%!PS\n(%pipe%id) (r) file pop showpage\n", "could not render"),
+        ]:
+            with self.subTest(name):
+                self.expect(self.print(document, "--size", "a4", "--resolution", "72"), 64, sentence)
+
+    def test_without_ghostscript_a_sentence_says_so(self):
+        ended = self.print(POSTSCRIPT, "--size", "a4", env=environment(PATH=self.folder))
+        self.expect(ended, 64, "Install the package ghostscript")
+
+
+if __name__ == "__main__":
+    unittest.main()
