@@ -91,7 +91,7 @@ Object features(const client::PrintCapability& capability) {
       {"next_page", capability.next_page},
       {"job_queue", capability.job_queue},
       {"date_time", capability.date_time},
-      {"prints_on_other_paper", capability.mismatch_none},
+      {"mismatch_mode_none", capability.mismatch_none},
       {"disc_labels", capability.disc_labels},
       {"disc_guide", capability.disc_guide},
   };

@@ -68,10 +68,11 @@ struct PrintCapability {
   std::vector<Word> print_preparations;  ///< What can be asked to be loaded by hand before a page.
   bool next_page;                        ///< Takes word of whether another page follows.
   bool job_queue;
-  bool date_time;      ///< Takes the time with a job.
-  bool mismatch_none;  ///< Prints although other paper is loaded than the job's ("none").
-  bool disc_labels;    ///< Has media for disc labels.
-  bool disc_guide;     ///< Guides its user through loading a disc.
+  bool date_time;  ///< Takes the time with a job.
+  bool
+      mismatch_none;  ///< Knows the mode for other paper than the job's that jobs from here name, "none".
+  bool disc_labels;  ///< Has media for disc labels.
+  bool disc_guide;   ///< Guides its user through loading a disc.
 };
 
 /// What the maintenance service can do.
