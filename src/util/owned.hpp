@@ -28,7 +28,7 @@ class Owned {
     reset(other.release());
     return *this;
   }
-  ~Owned() { KWVSDisposePTRX(block_); }
+  ~Owned() { reset(); }
 
   // `count` zero-filled records; null when memory is short, the size overflows or count is 0.
   static Owned allocate(u64 count) {
@@ -42,7 +42,10 @@ class Owned {
   explicit operator bool() const { return block_ != nullptr; }
 
   Record* release() { return std::exchange(block_, nullptr); }
-  void reset(Record* block = nullptr) { KWVSDisposePTRX(std::exchange(block_, block)); }
+  void reset(Record* block = nullptr) {
+    Record* old = std::exchange(block_, block);
+    if (old != nullptr) KWVSDisposePTRX(old);  // mostly there is none, and no call is made for it
+  }
 
  private:
   Record* block_ = nullptr;

@@ -10,46 +10,52 @@ namespace {
 
 // --- Recording -----------------------------------------------------------------------------------
 
-template <typename Record>
-bool append(Target& target, const Record& record) {
-  if (target.count == target.capacity) {
-    const u32 larger = target.capacity == 0 ? 4 : target.capacity * 2;
-    Owned<Record> block = Owned<Record>::allocate(larger);
-    if (larger < target.capacity || !block) return false;
-    if (target.count != 0) std::memcpy(block.get(), target.list, target.count * sizeof(Record));
-    KWVSDisposePTRX(target.list);
-    target.list = block.release();
-    target.capacity = larger;
-  }
-  static_cast<Record*>(target.list)[target.count] = record;
+[[gnu::noinline]] bool grow_list(Finding& finding, u64 recordSize) {
+  const u32 larger = finding.capacity == 0 ? 4 : finding.capacity * 2;
+  if (larger < finding.capacity) return false;
+  Owned<char> block = Owned<char>::allocate(larger * recordSize);
+  if (!block) return false;
+  if (finding.count != 0) std::memcpy(block.get(), finding.list, finding.count * recordSize);
+  KWVSDisposePTRX(finding.list);
+  finding.list = block.release();
+  finding.capacity = larger;
   return true;
 }
 
-void give(const Scan& scan, const Target& target, u32 offset, u32 length, i32 status) {
-  const char* text = (target.flags & kKeyInPath) != 0 ? scan.path.begin() : scan.document.data();
-  const Query& query = *target.query;
-  query.take(query.reader, {{text + target.keyBegin, target.keyLength}, offset, length, status});
+template <typename Record>
+inline bool append(Finding& finding, const Record& record) {
+  if (finding.count == finding.capacity && !grow_list(finding, sizeof(Record))) return false;
+  static_cast<Record*>(finding.list)[finding.count] = record;
+  return true;
+}
+
+void give(const Scan& scan, u32 number, u32 offset, u32 length, i32 status) {
+  const Finding& finding = scan.findings[number];
+  const char* text = (finding.flags & kKeyInPath) != 0 ? scan.path.begin() : scan.document.data();
+  const Query& query = scan.queries[number];
+  query.take(query.reader, {{text + finding.keyBegin, finding.keyLength}, offset, length, status});
 }
 
 }  // namespace
 
 bool record(Scan& scan, u32 number, u32 offset, u32 length, i32 status) {
-  Target& target = scan.index.targets[number];
-  if (target.collect == Collect::kEach) give(scan, target, offset, length, status);
-  if (target.collect == Collect::kRanges) {
-    if (!append(target, ClXmlValueRange{offset, length})) return false;
-  } else if (target.collect == Collect::kMatches) {
-    if (!append(target, ClXmlMatch{scan.serial, offset, length, status})) return false;
+  Finding& finding = scan.findings[number];
+  const Collect collect = scan.plan.targets[number].collect;
+  if (collect == Collect::kEach) give(scan, number, offset, length, status);
+  if (collect == Collect::kRanges) {
+    if (!append(finding, ClXmlValueRange{offset, length})) return false;
+  } else if (collect == Collect::kMatches) {
+    if (!append(finding, ClXmlMatch{scan.serial, offset, length, status})) return false;
   }
-  if (target.count == 0) {
-    target.firstOffset = offset;
-    target.firstLength = length;
-    target.firstStatus = status;
+  if (finding.count == 0) {
+    finding.firstOffset = offset;
+    finding.firstLength = length;
+    finding.firstStatus = status;
   }
-  ++target.count;
-  target.lastSerial = scan.serial;
-  if (status == kFound) target.flags |= kHasValue;
-  if (offset != 0 && length != 0) target.flags |= kHasRange;
+  ++finding.count;
+  finding.lastSerial = scan.serial;
+  if (status == kFound) finding.flags |= kHasValue;
+  if (offset != 0 && length != 0) finding.flags |= kHasRange;
   return true;
 }
 
@@ -59,7 +65,7 @@ namespace {
 
 template <typename Visit>
 bool visit_list(const Scan& scan, u32 first, const Visit& visit) {
-  for (u32 target = first; target != kNone; target = scan.index.targets[target].next) {
+  for (u32 target = first; target != kNone; target = scan.plan.targets[target].next) {
     if (!visit(target)) return false;
   }
   return true;
@@ -68,13 +74,13 @@ bool visit_list(const Scan& scan, u32 first, const Visit& visit) {
 // A node is asked for whatever its attributes are.
 template <typename Visit>
 bool visit_node(Scan& scan, u32 number, const Visit& visit) {
-  const Node& node = scan.index.nodes[number];
+  const Node& node = scan.plan.nodes[number];
   if ((node.flags & kEachValue) != 0) note_key(scan, node, {}, false);
   return visit_list(scan, node.elementTargets, visit) && visit_list(scan, node.belowTargets, visit);
 }
 
 bool is_below(const Scan& scan, u32 number, AliveRange range) {
-  for (u32 up = scan.index.nodes[number].parent; up != kNone; up = scan.index.nodes[up].parent) {
+  for (u32 up = scan.plan.nodes[number].parent; up != kNone; up = scan.plan.nodes[up].parent) {
     for (u32 i = range.begin; i < range.end; ++i) {
       if (scan.alive[i] == up) return true;
     }
@@ -86,7 +92,7 @@ bool is_below(const Scan& scan, u32 number, AliveRange range) {
 template <typename Visit>
 bool visit_trailing(Scan& scan, const Visit& visit) {
   const AliveRange parents = parent_nodes(scan);
-  for (u32 node = 1; node < scan.index.nodes.size; ++node) {
+  for (u32 node = 1; node < scan.plan.nodeCount; ++node) {
     if (is_below(scan, node, parents) && !visit_node(scan, node, visit)) return false;
   }
   return true;
@@ -95,7 +101,7 @@ bool visit_trailing(Scan& scan, const Visit& visit) {
 // Before the root element every path matches.
 template <typename Visit>
 bool visit_all(Scan& scan, const Visit& visit) {
-  for (u32 node = 0; node < scan.index.nodes.size; ++node) {
+  for (u32 node = 0; node < scan.plan.nodeCount; ++node) {
     if (!visit_node(scan, node, visit)) return false;
   }
   return true;
@@ -106,11 +112,11 @@ bool visit_element_targets(Scan& scan, const Visit& visit) {
   if (scan.depth == 0) return visit_all(scan, visit);
   const OpenElement& top = scan.open[scan.depth - 1];
   for (u32 i = top.aliveBegin; i < scan.aliveTop; ++i) {
-    const Node& node = scan.index.nodes[scan.alive[i]];
+    const Node& node = scan.plan.nodes[scan.alive[i]];
     if (!visit_list(scan, node.elementTargets, visit)) return false;
   }
   for (const BelowEntry& entry : scan.below) {
-    const Node& node = scan.index.nodes[entry.node];
+    const Node& node = scan.plan.nodes[entry.node];
     if (entry.depth < scan.depth && !visit_list(scan, node.belowTargets, visit)) return false;
   }
   return (top.flags & kTrailing) == 0 || visit_trailing(scan, visit);
@@ -118,12 +124,11 @@ bool visit_element_targets(Scan& scan, const Visit& visit) {
 
 // Marks every null path in front of target `before` as met; true when there is one.
 bool meet_null_paths(Scan& scan, u32 before) {
-  if (!scan.index.hasNoPath) return false;
+  if (!scan.plan.hasNoPath) return false;
   bool met = false;
-  for (u32 i = 0; i < scan.index.targets.size && i < before; ++i) {
-    Target& target = scan.index.targets[i];
-    if ((target.flags & kNoPathGiven) == 0) continue;
-    target.flags |= kMetNoPath;
+  for (u32 i = 0; i < scan.plan.targetCount && i < before; ++i) {
+    if (!scan.plan.targets[i].hasNoPath) continue;
+    scan.findings[i].flags |= kMetNoPath;
     met = true;
   }
   return met;
@@ -131,7 +136,7 @@ bool meet_null_paths(Scan& scan, u32 before) {
 
 // The attribute is found by its name in the document, the first of several.
 bool store_attribute(Scan& scan, u32 number) {
-  const Target& target = scan.index.targets[number];
+  const Target& target = scan.plan.targets[number];
   const std::string_view wanted = {target.attributeName, target.attributeNameLength};
   const CurrentAttribute* attribute =
       find_attribute(scan, wanted, [&](const CurrentAttribute& candidate) {
@@ -148,9 +153,9 @@ bool store_attribute(Scan& scan, u32 number) {
 bool serve_first_of_groups(Scan& scan, u32 offset, i32 status, u32& first) {
   const auto each_candidate = [&](const auto& visit) {
     return visit_element_targets(scan, [&](u32 number) {
-      const Target& target = scan.index.targets[number];
-      const bool served = target.count != 0 && target.lastSerial == scan.serial;
-      return served || visit(number, scan.firstOfGroup[target.group]);
+      const Finding& finding = scan.findings[number];
+      const bool served = finding.count != 0 && finding.lastSerial == scan.serial;
+      return served || visit(number, scan.firstOfGroup[scan.plan.targets[number].group]);
     });
   };
   each_candidate([&](u32 number, u32& best) {
@@ -178,7 +183,7 @@ i32 on_text(Scan& scan, u32 offset, u32 length) {
 }
 
 bool on_leaf(Scan& scan, u32 node, u32 offset, u32 length) {
-  return visit_list(scan, scan.index.nodes[node].elementTargets,
+  return visit_list(scan, scan.plan.nodes[node].elementTargets,
                     [&](u32 target) { return record(scan, target, offset, length, kFound); });
 }
 
@@ -187,7 +192,7 @@ i32 on_attributes(Scan& scan) {
   const OpenElement& top = scan.open[scan.depth - 1];
   if ((top.flags & kAttributeTargets) == 0) return kSuccess;
   for (u32 i = top.aliveBegin; i < scan.aliveTop; ++i) {
-    const Node& node = scan.index.nodes[scan.alive[i]];
+    const Node& node = scan.plan.nodes[scan.alive[i]];
     const bool stored = visit_list(scan, node.attributeTargets,
                                    [&](u32 target) { return store_attribute(scan, target); });
     if (!stored) return kNoMemory;

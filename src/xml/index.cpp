@@ -84,8 +84,8 @@ void key_by_value(RequestedElement& element, std::string_view localName,
 bool push_attribute(Index& index, RequestedElement& element, std::string_view name,
                     std::string_view inner) {
   ++element.attributeCount;
-  return index.attributes.push({name.data(), inner.data(), static_cast<u32>(name.size()),
-                                static_cast<u32>(inner.size()), 0});
+  return index.attributes.push(
+      {name.data(), inner.data(), static_cast<u32>(name.size()), static_cast<u32>(inner.size())});
 }
 
 // Appends the attributes of an element that is not simple; false when memory is short.
@@ -125,7 +125,7 @@ bool take_attribute(Index& index, RequestedElement& element, const SimpleElement
 }
 
 u32 find_node(const Index& index, const RequestedElement& element) {
-  u32 found = index.buckets[bucket_of(index, element.key)];
+  u32 found = index.buckets[bucket_of(element.key, index.bucketMask)];
   for (; found != kNone; found = index.nodes[found].nextInBucket) {
     const Node& node = index.nodes[found];
     if (node.key == element.key && node.parent == element.parent &&
@@ -146,7 +146,7 @@ bool grow_buckets(Index& index) {
   index.bucketMask = static_cast<u32>(buckets - 1);
   std::memset(index.buckets.begin(), 0xFF, buckets * sizeof(u32));  // kNone
   for (u32 i = kRootNode + 1; i < index.nodes.size; ++i) {
-    u32& bucket = index.buckets[bucket_of(index, index.nodes[i].key)];
+    u32& bucket = index.buckets[bucket_of(index.nodes[i].key, index.bucketMask)];
     index.nodes[i].nextInBucket = bucket;
     bucket = i;
   }
@@ -158,7 +158,7 @@ u32 insert_node(Index& index, const RequestedElement& element) {
   if (!index.nodes.reserve(u64{index.nodes.size} + 1)) return kNone;
   if (index.nodes.size > index.buckets.size && !grow_buckets(index)) return kNone;
   const u32 created = index.nodes.size++;
-  u32& bucket = index.buckets[bucket_of(index, element.key)];
+  u32& bucket = index.buckets[bucket_of(element.key, index.bucketMask)];
   Node& node = index.nodes[created];
   node.text = element.text.data();
   node.textLength = static_cast<u32>(element.text.size());
@@ -172,7 +172,6 @@ u32 insert_node(Index& index, const RequestedElement& element) {
   node.firstAttribute = element.firstAttribute;
   node.attributeCount = element.attributeCount;
   node.elementTargets = node.attributeTargets = node.belowTargets = kNone;
-  node.candidateOf = 0;
   bucket = created;
   index.nodes[element.parent].flags |= element.childFlag;
   return created;
@@ -317,7 +316,7 @@ bool add_path(Index& index, std::string_view path, u32 number, bool kindKnown) {
     if (extent.end == path.size()) {
       Target& target = index.targets[number];
       if (!kindKnown && !element.bareAttribute.empty()) {
-        target.isAttribute = 1;
+        target.isAttribute = true;
         target.attributeName = element.bareAttribute.data();
         target.attributeNameLength = static_cast<u32>(element.bareAttribute.size());
       }
@@ -358,14 +357,14 @@ bool add_target(Index& index, const TargetPath& path, Collect collect, u32 group
   target.group = group;
   target.next = kNone;
   if (path.kindKnown) {
-    target.isAttribute = path.isAttribute ? 1 : 0;
+    target.isAttribute = path.isAttribute;
     target.attributeName = path.attributeName.data();
     target.attributeNameLength = static_cast<u32>(path.attributeName.size());
   }
   if (group >= index.groupCount) index.groupCount = group + 1;
   if (path.path.data() == nullptr) {
     index.hasNoPath = true;
-    index.targets[number].flags = kNoPathGiven;
+    target.hasNoPath = true;
     return true;
   }
   return add_path(index, path.path, number, path.kindKnown);

@@ -21,8 +21,8 @@ u32 end_of(const OpenElement& element) {
 template <typename Visit>
 void visit_children(Scan& scan, const Visit& visit) {
   const AliveRange parents = parent_nodes(scan);
-  for (u32 i = 1; i < scan.index.nodes.size; ++i) {
-    Node& node = scan.index.nodes[i];
+  for (u32 i = 1; i < scan.plan.nodeCount; ++i) {
+    const Node& node = scan.plan.nodes[i];
     if ((node.flags & kImpossible) != 0) continue;
     for (u32 parent = parents.begin; parent < parents.end; ++parent) {
       if (scan.alive[parent] == node.parent) visit(node, i);
@@ -33,9 +33,9 @@ void visit_children(Scan& scan, const Visit& visit) {
 // The name is complete: notes which nodes have it.
 void note_candidates(Scan& scan, std::string_view name) {
   ++scan.irregularCount;
-  visit_children(scan, [&](Node& node, u32) {
+  visit_children(scan, [&](const Node& node, u32 number) {
     if (std::string_view(node.text, node.nameLength) == name) {
-      node.candidateOf = scan.irregularCount;
+      scan.candidateOf[number] = scan.irregularCount;
     }
   });
 }
@@ -50,14 +50,14 @@ bool note_irregular_key(Scan& scan, const Node& node, std::string_view value) {
 // An attribute is complete: notes which requested ones it satisfies.
 void note_attribute(Scan& scan, std::string_view name, std::string_view value) {
   ++scan.growing.attributeCount;
-  visit_children(scan, [&](Node& node, u32) {
-    if (node.candidateOf != scan.irregularCount) return;
-    for (u32 i = 0; i < node.attributeCount; ++i) {
-      RequestedAttribute& requested = scan.index.attributes[node.firstAttribute + i];
+  visit_children(scan, [&](const Node& node, u32 number) {
+    if (scan.candidateOf[number] != scan.irregularCount) return;
+    for (u32 i = node.firstAttribute; i < node.firstAttribute + node.attributeCount; ++i) {
+      const RequestedAttribute& requested = scan.plan.attributes[i];
       if (std::string_view(requested.name, requested.nameLength) == name &&
           value_matches(scan, requested, value)) {
         if ((node.flags & kEachValue) != 0 && !note_irregular_key(scan, node, value)) continue;
-        requested.satisfiedBy = scan.irregularCount;
+        scan.satisfiedBy[i] = scan.irregularCount;
       }
     }
   });
@@ -125,8 +125,7 @@ bool take_step(Scan& scan, u32 begin, u32 end) {
 
 bool all_satisfied(const Scan& scan, const Node& node) {
   for (u32 i = 0; i < node.attributeCount; ++i) {
-    if (scan.index.attributes[node.firstAttribute + i].satisfiedBy != scan.irregularCount)
-      return false;
+    if (scan.satisfiedBy[node.firstAttribute + i] != scan.irregularCount) return false;
   }
   return true;
 }
@@ -147,14 +146,23 @@ i32 match_grown(Scan& scan) {
       growing.attributeCount + (growing.phase == GrowingElement::kAttributeName ? 1 : 0);
   bool stored = true;
   visit_children(scan, [&](const Node& node, u32 number) {
-    if (node.candidateOf != scan.irregularCount || !all_satisfied(scan, node)) return;
+    if (scan.candidateOf[number] != scan.irregularCount || !all_satisfied(scan, node)) return;
     const bool more = node.attributeCount != 0 && (node.flags & kNameOnly) != 0;
     if (node.attributeCount == count || (more && count != 0)) stored &= add_alive(scan, number);
   });
   return stored ? kSuccess : kNoMemory;
 }
 
+// Room for what is noted of nodes and attributes; usual documents never need it.
+bool reserve_notes(Scan& scan) {
+  if (scan.candidateOf) return true;
+  scan.satisfiedBy = Owned<u32>::allocate(u64{scan.plan.attributeCount} + 1);
+  if (scan.satisfiedBy) scan.candidateOf = Owned<u32>::allocate(scan.plan.nodeCount);
+  return static_cast<bool>(scan.candidateOf);
+}
+
 i32 open_irregular(Scan& scan, u32 offset) {
+  if (!reserve_notes(scan)) return kNoMemory;
   scan.open.size = scan.depth;
   if (!scan.open.push({offset, 0, scan.aliveTop, kNoGeneration, kIrregular})) return kNoMemory;
   ++scan.depth;

@@ -74,7 +74,7 @@ bool index_attributes(Scan& scan) {
 bool attributes_match(Scan& scan, const Node& node) {
   if (node.attributeCount != scan.attributes.size && (node.flags & kNameOnly) == 0) return false;
   for (u32 i = 0; i < node.attributeCount; ++i) {
-    if (!has_attribute(scan, scan.index.attributes[node.firstAttribute + i])) return false;
+    if (!has_attribute(scan, scan.plan.attributes[node.firstAttribute + i])) return false;
   }
   if ((node.flags & kEachValue) == 0) return true;
   const CurrentAttribute& attribute = scan.attributes[0];
@@ -86,11 +86,12 @@ bool attributes_match(Scan& scan, const Node& node) {
 void note_key(Scan& scan, const Node& node, std::string_view value, bool inPath) {
   const std::string_view key = key_of(scan, value);
   const char* text = inPath ? scan.path.begin() : scan.document.data();
-  for (u32 i = node.elementTargets; i != kNone; i = scan.index.targets[i].next) {
-    Target& target = scan.index.targets[i];
-    target.keyBegin = key.empty() ? 0 : static_cast<u32>(key.data() - text);
-    target.keyLength = static_cast<u32>(key.size());
-    target.flags = static_cast<u8>(inPath ? target.flags | kKeyInPath : target.flags & ~kKeyInPath);
+  for (u32 i = node.elementTargets; i != kNone; i = scan.plan.targets[i].next) {
+    Finding& finding = scan.findings[i];
+    finding.keyBegin = key.empty() ? 0 : static_cast<u32>(key.data() - text);
+    finding.keyLength = static_cast<u32>(key.size());
+    finding.flags =
+        static_cast<u8>(inPath ? finding.flags | kKeyInPath : finding.flags & ~kKeyInPath);
   }
 }
 

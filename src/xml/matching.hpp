@@ -49,9 +49,9 @@ inline bool names_match(const Scan& scan, const Node& node, const char* name, u3
 // Adds the nodes with this key below `parent` that the start tag matches; false when memory is
 // short.
 inline bool probe(Scan& scan, u32 key, u32 parent, const StartTag& tag) {
-  u32 found = scan.index.buckets[bucket_of(scan.index, key)];
-  for (; found != kNone; found = scan.index.nodes[found].nextInBucket) {
-    const Node& node = scan.index.nodes[found];
+  u32 found = scan.plan.buckets[bucket_of(key, scan.plan.bucketMask)];
+  for (; found != kNone; found = scan.plan.nodes[found].nextInBucket) {
+    const Node& node = scan.plan.nodes[found];
     if (node.key != key || node.parent != parent || (node.flags & kImpossible) != 0) continue;
     if (!names_match(node, tag.written, tag.colon, tag.row)) continue;
     if ((node.attributeCount | scan.attributes.size) != 0 && !attributes_match(scan, node))

@@ -37,6 +37,26 @@ bool fits(std::string_view document) {
   return document.size() <= kMostBytes;
 }
 
+// What a scan finds, one a target; usual requests need no block for it.
+class Findings {
+ public:
+  // Zeroes `count` findings; false when memory is short.
+  bool reserve(u64 count) {
+    if (!findings_.reserve(count)) return false;
+    findings_.size = static_cast<u32>(count);
+    std::memset(static_cast<void*>(findings_.begin()), 0, count * sizeof(Finding));
+    return true;
+  }
+  Finding* begin() { return findings_.begin(); }
+  const Finding& operator[](u32 target) const {
+    return target < findings_.size ? findings_[target] : kNothing;
+  }
+
+ private:
+  static constexpr Finding kNothing = {};
+  GrowingArray<Finding, 32> findings_;
+};
+
 // --- ClXmlParse ----------------------------------------------------------------------------------
 
 bool is_fresh_table(const ClXmlNameSpaceEntry* table) {
@@ -78,11 +98,11 @@ bool index_targets(Index& index, const ClXmlParserData& data) {
   return true;
 }
 
-i32 status_of(const Target& target, const ScanOutcome& outcome) {
-  if ((target.flags & kHasValue) != 0) return kFound;
-  if ((target.flags & kMetNoPath) != 0) return kNoPath;
-  if ((target.flags & kNoPathGiven) != 0) return 0;
-  const bool met = target.isAttribute != 0 ? outcome.metAttributes : outcome.metText;
+i32 status_of(const Finding& finding, const Target& target, const ScanOutcome& outcome) {
+  if ((finding.flags & kHasValue) != 0) return kFound;
+  if ((finding.flags & kMetNoPath) != 0) return kNoPath;
+  if (target.hasNoPath) return 0;
+  const bool met = target.isAttribute ? outcome.metAttributes : outcome.metText;
   return met ? kNotFound : 0;
 }
 
@@ -94,18 +114,20 @@ i32 parse_fresh(ClXmlParserData& data) {
     return declaration.status;
   }
   Index index;
+  Findings findings;
   ScanOutcome outcome;
   outcome.status = kNoMemory;
-  if (index_targets(index, data)) {
-    outcome = scan_indexed(index, document, data.flags, data.nameSpaceTable);
+  if (findings.reserve(data.targetCount) && index_targets(index, data)) {
+    outcome = scan_indexed(index.plan(), {findings.begin(), nullptr}, document, data.flags,
+                           data.nameSpaceTable);
   }
   data.document->stopPosition = outcome.stopPosition;
   data.serial = outcome.serial;
   for (u32 i = 0; i < index.targets.size; ++i) {
-    const Target& target = index.targets[i];
-    data.targets[i].matches = static_cast<ClXmlMatch*>(target.list);
-    data.targets[i].matchCount = target.count;
-    data.targets[i].status = status_of(target, outcome);
+    const Finding& finding = findings[i];
+    data.targets[i].matches = static_cast<ClXmlMatch*>(finding.list);
+    data.targets[i].matchCount = finding.count;
+    data.targets[i].status = status_of(finding, index.targets[i], outcome);
   }
   return outcome.status;
 }
@@ -145,25 +167,40 @@ bool index_parameters(Index& index, const ClXmlRequest& request, Collect collect
   return true;
 }
 
-// One run over a valid request's document. The namespace table is the run's own.
-template <typename Parameter>
-ScanOutcome run_request(Index& index, ClXmlRequest& request, Collect collect, u32 flags) {
-  const std::string_view document = {request.document, request.documentLength};
+// One run over a document by the plan that `make_plan` gives. The namespace table is the run's own.
+template <typename MakePlan>
+ScanOutcome run(std::string_view document, u32 flags, Findings& findings, const Query* queries,
+                const MakePlan& make_plan) {
   const Declaration declaration = check_declaration(document);
   ScanOutcome outcome;
   outcome.status = declaration.status;
   outcome.stopPosition = declaration.stopPosition;
   if (declaration.status != kSuccess) return outcome;
   outcome.status = kNoMemory;
-  if (!index_parameters<Parameter>(index, request, collect)) return outcome;
+  Plan plan;
+  if (!make_plan(plan) || !findings.reserve(plan.targetCount)) return outcome;
   ClXmlNameSpaceEntry table[sizeof clNsTable / sizeof clNsTable[0]];
   std::memcpy(table, clNsTable, sizeof table);
-  return scan_indexed(index, document, flags, table);
+  return scan_indexed(plan, {findings.begin(), queries}, document, flags, table);
 }
 
-i32 result_of(const Target& target) {
-  if (target.count != 0) return target.firstStatus;
-  return (target.flags & kMetNoPath) != 0 ? kNoPath : kNotFound;
+// One run over a valid request's document.
+template <typename Parameter>
+ScanOutcome run_request(Findings& findings, ClXmlRequest& request, Collect collect, u32 flags) {
+  Index index;
+  const ScanOutcome outcome =
+      run({request.document, request.documentLength}, flags, findings, nullptr, [&](Plan& plan) {
+        if (!index_parameters<Parameter>(index, request, collect)) return false;
+        plan = index.plan();
+        return true;
+      });
+  request.stopPosition = outcome.stopPosition;
+  return outcome;
+}
+
+i32 result_of(const Finding& finding) {
+  if (finding.count != 0) return finding.firstStatus;
+  return (finding.flags & kMetNoPath) != 0 ? kNoPath : kNotFound;
 }
 
 i32 request_by_steps(ClXmlRequest* request, ClXmlRequest* listRequest, u32 flags) {
@@ -179,26 +216,25 @@ i32 request_by_steps(ClXmlRequest* request, ClXmlRequest* listRequest, u32 flags
 i32 request_values(ClXmlRequest* request, u32 flags) {
   if (!is_valid<ClXmlParameter>(request)) return kBadArgument;
   if (!is_indexable<ClXmlParameter>(*request)) return request_by_steps(request, nullptr, flags);
-  Index index;
-  const ScanOutcome outcome = run_request<ClXmlParameter>(index, *request, Collect::kFirst, flags);
-  request->stopPosition = outcome.stopPosition;
+  Findings findings;
+  const ScanOutcome outcome =
+      run_request<ClXmlParameter>(findings, *request, Collect::kFirst, flags);
   ClXmlParameter* parameters = static_cast<ClXmlParameter*>(request->parameters);
   for (u32 i = 0; i < request->parameterCount; ++i) {
-    const Target none = {};
-    const Target& target = i < index.targets.size ? index.targets[i] : none;
-    parameters[i].valueOffset = target.firstOffset;
-    parameters[i].valueLength = target.firstLength;
-    parameters[i].status = result_of(target);
+    const Finding& finding = findings[i];
+    parameters[i].valueOffset = finding.firstOffset;
+    parameters[i].valueLength = finding.firstLength;
+    parameters[i].status = result_of(finding);
   }
   return outcome.status;
 }
 
-void store_ranges(ClXmlListParameter& parameter, const Target& target) {
+void store_ranges(ClXmlListParameter& parameter, const Finding& finding) {
   parameter.status = kNotFound;
-  if (target.count == 0) return;
-  parameter.ranges = static_cast<ClXmlValueRange*>(target.list);
-  parameter.rangeCount = target.count;
-  parameter.status = (target.flags & kHasRange) != 0 ? kFound : target.firstStatus;
+  if (finding.count == 0) return;
+  parameter.ranges = static_cast<ClXmlValueRange*>(finding.list);
+  parameter.rangeCount = finding.count;
+  parameter.status = (finding.flags & kHasRange) != 0 ? kFound : finding.firstStatus;
 }
 
 bool has_ranges(const ClXmlRequest& request) {
@@ -213,15 +249,11 @@ i32 request_lists(ClXmlRequest* request, u32 flags) {
   if (request == nullptr || has_ranges(*request)) return kBadArgument;
   if (!is_valid<ClXmlListParameter>(request)) return kBadArgument;
   if (!is_indexable<ClXmlListParameter>(*request)) return request_by_steps(nullptr, request, flags);
-  Index index;
+  Findings findings;
   const ScanOutcome outcome =
-      run_request<ClXmlListParameter>(index, *request, Collect::kRanges, flags);
-  request->stopPosition = outcome.stopPosition;
+      run_request<ClXmlListParameter>(findings, *request, Collect::kRanges, flags);
   ClXmlListParameter* parameters = static_cast<ClXmlListParameter*>(request->parameters);
-  for (u32 i = 0; i < request->parameterCount; ++i) {
-    const Target none = {};
-    store_ranges(parameters[i], i < index.targets.size ? index.targets[i] : none);
-  }
+  for (u32 i = 0; i < request->parameterCount; ++i) store_ranges(parameters[i], findings[i]);
   return outcome.status;
 }
 
@@ -243,40 +275,46 @@ bool index_queries(Index& index, std::span<const Query> queries) {
   if (!start_index(index, queries.size())) return false;
   for (const Query& query : queries) {
     if (!add_target(index, {query.path}, collect_for(query.wanted), query.group)) return false;
-    if (query.wanted == Wanted::kEach) index.targets.back().query = &query;
   }
   return true;
 }
 
-void answer(Query& query, const Target& target) {
-  query.status = result_of(target);
-  query.offset = target.firstOffset;
-  query.length = target.firstLength;
-  query.ranges.reset(static_cast<ClXmlValueRange*>(target.list));
-  query.rangeCount = query.wanted == Wanted::kAll ? target.count : 0;
+void answer(Query& query, const Finding& finding) {
+  query.status = result_of(finding);
+  query.offset = finding.firstOffset;
+  query.length = finding.firstLength;
+  query.ranges.reset(static_cast<ClXmlValueRange*>(finding.list));
+  query.rangeCount = finding.list == nullptr ? 0 : finding.count;
+}
+
+template <typename MakePlan>
+i32 scan(std::string_view document, u32 flags, std::span<Query> queries, u64* stopPosition,
+         const MakePlan& make_plan) {
+  if (document.empty() || queries.empty() || !fits(document)) return kBadArgument;
+  Findings findings;
+  const ScanOutcome outcome = run(document, flags, findings, queries.data(), make_plan);
+  for (u32 i = 0; i < queries.size(); ++i) answer(queries[i], findings[i]);
+  if (stopPosition != nullptr) *stopPosition = outcome.stopPosition;
+  return outcome.status;
 }
 
 }  // namespace
 
 i32 scan(std::string_view document, u32 flags, std::span<Query> queries, u64* stopPosition) {
-  if (document.empty() || queries.empty() || !fits(document)) return kBadArgument;
-  const Declaration declaration = check_declaration(document);
-  ScanOutcome outcome;
-  outcome.status = declaration.status;
-  outcome.stopPosition = declaration.stopPosition;
   Index index;
-  if (declaration.status == kSuccess) {
-    outcome.status = kNoMemory;
-    ClXmlNameSpaceEntry table[sizeof clNsTable / sizeof clNsTable[0]];
-    std::memcpy(table, clNsTable, sizeof table);
-    if (index_queries(index, queries)) outcome = scan_indexed(index, document, flags, table);
-  }
-  const Target none = {};
-  for (std::size_t i = 0; i < queries.size(); ++i) {
-    answer(queries[i], i < index.targets.size ? index.targets[i] : none);
-  }
-  if (stopPosition != nullptr) *stopPosition = outcome.stopPosition;
-  return outcome.status;
+  return scan(document, flags, queries, stopPosition, [&](Plan& plan) {
+    if (!index_queries(index, queries)) return false;
+    plan = index.plan();
+    return true;
+  });
+}
+
+i32 scan(std::string_view document, const Plan& fixed, std::span<Query> queries,
+         u64* stopPosition) {
+  return scan(document, 0, queries, stopPosition, [&](Plan& plan) {
+    plan = fixed;
+    return true;
+  });
 }
 
 }  // namespace pxcl::xml

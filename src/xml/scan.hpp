@@ -36,14 +36,18 @@ struct EachText {
   i32 status;  // kFound, kEmptyElement or kEmptyTag
 };
 
-// One requested path and its answer.
-struct Query {
+// One requested path.
+struct Key {
   std::string_view path = {};
   Wanted wanted = Wanted::kFirst;
   // An empty element serves only the first query of each group that matches it. Queries that would
   // have been requests of their own are put into groups of their own, so that they answer alike. Of
   // kEach, each key counts as a request of its own: no other query has its group.
   u32 group = 0;
+};
+
+// One requested path and its answer.
+struct Query : Key {
   // Wanted::kEach: takes the texts, in the order of the document.
   void (*take)(void* reader, const EachText& text) = nullptr;
   void* reader = nullptr;
@@ -58,5 +62,10 @@ struct Query {
 // Scans the document once and answers every query. `flags` is 0 or CL_XML_COM_FLAG; the result is
 // that of ClXmlParse, and queries keep what was found before a failure.
 i32 scan(std::string_view document, u32 flags, std::span<Query> queries, u64* stopPosition);
+
+struct Plan;
+// The same for keys that a plan was made of beforehand: `queries` answer them in the plan's order,
+// and their own keys are not looked at.
+i32 scan(std::string_view document, const Plan& plan, std::span<Query> queries, u64* stopPosition);
 
 }  // namespace pxcl::xml

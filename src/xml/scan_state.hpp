@@ -6,9 +6,11 @@
 #pragma once
 
 #include "clxml.h"
+#include "util/growing.hpp"
 #include "xml/attributes.hpp"
-#include "xml/index.hpp"
 #include "xml/namespaces.hpp"
+#include "xml/plan.hpp"
+#include "xml/scan.hpp"
 #include "xml/scanner.hpp"
 
 namespace pxcl::xml {
@@ -96,10 +98,18 @@ struct BelowEntry {
 };
 
 struct Scan {
-  Scan(Index& paths, std::string_view text, u32 runFlags, ClXmlNameSpaceEntry* run)
-      : index(paths), document(text), flags(runFlags), table(run) {}
+  Scan(const Plan& paths, const Answers& wanted, std::string_view text, u32 runFlags,
+       ClXmlNameSpaceEntry* run)
+      : plan(paths),
+        findings(wanted.findings),
+        queries(wanted.queries),
+        document(text),
+        flags(runFlags),
+        table(run) {}
 
-  Index& index;
+  Plan plan;
+  Finding* findings;     // one a target
+  const Query* queries;  // likewise, where some target is of Collect::kEach
   std::string_view document;
   u32 flags;
   ClXmlNameSpaceEntry* table;  // the run's copy of clNsTable
@@ -130,6 +140,9 @@ struct Scan {
   GrowingArray<CurrentAttribute, 8> attributes = {};
   GrowingArray<u32, 1> attributeBuckets = {};  // of more than kFewAttributes of them
   GrowingArray<char, 256> path = {};           // text of the irregular elements
+  Owned<u32> candidateOf = {};  // by node: the irregular element (its number) that has its name
+  // By requested attribute: the irregular element that has this attribute; 0 for none yet.
+  Owned<u32> satisfiedBy = {};
   GrowingArray<u32, 8> firstOfGroup = {};
 };
 
@@ -289,7 +302,7 @@ inline AliveRange parent_nodes(const Scan& scan) {
 // Targets whose path ends in "/" further up ask for every element's text, and a null path has to be
 // met by every event.
 inline void refresh_standing(Scan& scan) {
-  scan.standing = scan.below.size != 0 || scan.index.hasNoPath ? kElementTargets : 0;
+  scan.standing = scan.below.size != 0 || scan.plan.hasNoPath ? kElementTargets : 0;
 }
 
 inline void leave_below(Scan& scan) {
@@ -299,7 +312,7 @@ inline void leave_below(Scan& scan) {
 
 // Adds `node` to those that the innermost element matches; false when memory is short.
 inline bool add_alive(Scan& scan, u32 node) {
-  const Node& matched = scan.index.nodes[node];
+  const Node& matched = scan.plan.nodes[node];
   OpenElement& top = scan.open[scan.depth - 1];
   scan.alive[scan.aliveTop++] = node;
   top.flags |= static_cast<u16>((matched.flags & kAnyChildren) << kBelowShift);

@@ -239,7 +239,7 @@ bool is_clean_value(std::string_view value) {
 // Whether the tag's attribute answers those that the node names.
 inline bool attribute_matches(Scan& scan, const AttributeTag& tag, const Node& node) {
   if (node.attributeCount == 1) {
-    const RequestedAttribute& requested = scan.index.attributes[node.firstAttribute];
+    const RequestedAttribute& requested = scan.plan.attributes[node.firstAttribute];
     if (!same_text(attribute_name(tag), requested.name, requested.nameLength)) return false;
     if ((node.flags & kEachValue) != 0) note_key(scan, node, inner_value(tag), false);
     if (requested.value == nullptr) return true;
@@ -253,9 +253,9 @@ inline bool attribute_matches(Scan& scan, const AttributeTag& tag, const Node& n
 template <typename Visit>
 inline bool visit_nodes(const Scan& scan, const TagName& name, u32 parent, u32 key,
                         const Visit& visit) {
-  u32 found = scan.index.buckets[bucket_of(scan.index, key)];
-  for (; found != kNone; found = scan.index.nodes[found].nextInBucket) {
-    const Node& node = scan.index.nodes[found];
+  u32 found = scan.plan.buckets[bucket_of(key, scan.plan.bucketMask)];
+  for (; found != kNone; found = scan.plan.nodes[found].nextInBucket) {
+    const Node& node = scan.plan.nodes[found];
     if (node.key != key || node.parent != parent || (node.flags & kImpossible) != 0) continue;
     if (!names_match(scan, node, name.text, name.length, name.colon)) continue;
     if (!visit(found, node)) return false;
@@ -278,7 +278,7 @@ template <typename Visit>
 inline bool match_plain(const Scan& scan, const TagName& name, AliveNodes parents,
                         const Visit& visit) {
   for (const u32* parent = parents.begin; parent != parents.end; ++parent) {
-    if ((scan.index.nodes[*parent].flags & kPlainChildren) == 0) continue;
+    if ((scan.plan.nodes[*parent].flags & kPlainChildren) == 0) continue;
     const u32 key = element_key(*parent, hash_of(name), kPlainKey);
     const bool stored = visit_nodes(scan, name, *parent, key, [&](u32 found, const Node& node) {
       return node.attributeCount != 0 || visit(found);
@@ -301,7 +301,7 @@ inline bool match_attribute_tag(Scan& scan, const AttributeTag& tag, AliveNodes 
     });
   };
   for (const u32* parent = parents.begin; parent != parents.end; ++parent) {
-    const u32 children = scan.index.nodes[*parent].flags;
+    const u32 children = scan.plan.nodes[*parent].flags;
     if ((children & (kValuedChildren | kNamedChildren)) == 0) continue;
     const u32 hash = hash_of(name);
     const auto key = [&](KeyClass keyClass) { return element_key(*parent, hash, keyClass); };
@@ -320,9 +320,9 @@ inline bool match_attribute_tag(Scan& scan, const AttributeTag& tag, AliveNodes 
 // Gives the tag's attribute to the targets of `node` that ask for it.
 inline bool store_attribute(Scan& scan, const AttributeTag& tag, u32 node) {
   const u32 offset = tag.offset + tag.element.valueBegin - 1;
-  u32 number = scan.index.nodes[node].attributeTargets;
-  for (; number != kNone; number = scan.index.targets[number].next) {
-    const Target& target = scan.index.targets[number];
+  u32 number = scan.plan.nodes[node].attributeTargets;
+  for (; number != kNone; number = scan.plan.targets[number].next) {
+    const Target& target = scan.plan.targets[number];
     if (!same_text(attribute_name(tag), target.attributeName, target.attributeNameLength)) continue;
     const u32 length = tag.element.valueEnd + 2 - tag.element.valueBegin;
     if (!record(scan, number, offset, length, kFound)) return false;
@@ -537,15 +537,13 @@ i32 run(Scan& scan) {
 }
 
 bool start_scan(Scan& scan) {
-  const Index& index = scan.index;
-  if (!scan.alive.reserve(u64{index.nodes.size} + 1) ||
-      !scan.firstOfGroup.reserve(index.groupCount)) {
+  const Plan& plan = scan.plan;
+  if (!scan.alive.reserve(u64{plan.nodeCount} + 1) || !scan.firstOfGroup.reserve(plan.groupCount)) {
     return false;
   }
-  for (u32 i = 0; i < index.groupCount; ++i) scan.firstOfGroup[i] = kNone;
+  for (u32 i = 0; i < plan.groupCount; ++i) scan.firstOfGroup[i] = kNone;
   scan.alive[0] = kRootNode;
-  if (index.nodes[kRootNode].belowTargets != kNone && !scan.below.push({kRootNode, 0}))
-    return false;
+  if (plan.nodes[kRootNode].belowTargets != kNone && !scan.below.push({kRootNode, 0})) return false;
   refresh_standing(scan);
   rewind_marks(scan);
   return true;
@@ -553,9 +551,9 @@ bool start_scan(Scan& scan) {
 
 }  // namespace
 
-ScanOutcome scan_indexed(Index& index, std::string_view document, u32 flags,
-                         ClXmlNameSpaceEntry* table) {
-  Scan scan(index, document, flags, table);
+ScanOutcome scan_indexed(const Plan& plan, const Answers& answers, std::string_view document,
+                         u32 flags, ClXmlNameSpaceEntry* table) {
+  Scan scan(plan, answers, document, flags, table);
   i32 status = start_scan(scan) ? run(scan) : kNoMemory;
   u64 stop = scan.position;
   if (status == kRootClosed) {

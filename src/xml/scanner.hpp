@@ -1,17 +1,46 @@
 // SPDX-FileCopyrightText: 2026 The pxcl developers
 // SPDX-License-Identifier: Apache-2.0
 
-// The fast route of the engine: one pass over a document, driven by byte masks, against an index of
+// The fast route of the engine: one pass over a document, driven by byte masks, against a plan of
 // the requested paths. It answers exactly as the step functions do.
 
 #pragma once
 
 #include "clxml.h"
-#include "xml/index.hpp"
+#include "xml/plan.hpp"
 
 namespace pxcl::xml {
 
-// What a scan leaves behind beside the targets' matches.
+enum FindingFlags : u8 {
+  kHasValue = 1,   // a match with status 1
+  kHasRange = 2,   // a match with non-zero offset and length
+  kMetNoPath = 4,  // the path is null, and an event came upon it
+  kKeyInPath = 8,  // the key stands in the path buffer, not in the document
+};
+
+// What was found for one target.
+struct Finding {
+  void* list;  // matches or ranges, by the target's `collect`
+  u32 count;
+  u32 capacity;
+  u32 firstOffset;
+  u32 firstLength;
+  i32 firstStatus;
+  u32 lastSerial;
+  u32 keyBegin;   // of Collect::kEach: the key of the open element that matches; at most one does,
+  u32 keyLength;  // since a path leads to one depth. 0: what is found there is found at every key
+  u8 flags;
+};
+
+struct Query;
+
+// Where a scan puts what it finds: zeroed findings, one a target, and the readers of Collect::kEach.
+struct Answers {
+  Finding* findings;
+  const Query* queries;
+};
+
+// What a scan leaves behind beside its findings.
 struct ScanOutcome {
   i32 status = 0;
   u64 stopPosition = 0;
@@ -24,7 +53,7 @@ struct ScanOutcome {
 inline constexpr u64 kMostBytes = 0xFFFFFF00u;
 
 // Scans `document`, which begins with its declaration. Declared prefixes go into `table`.
-ScanOutcome scan_indexed(Index& index, std::string_view document, u32 flags,
-                         ClXmlNameSpaceEntry* table);
+ScanOutcome scan_indexed(const Plan& plan, const Answers& answers, std::string_view document,
+                         u32 flags, ClXmlNameSpaceEntry* table);
 
 }  // namespace pxcl::xml

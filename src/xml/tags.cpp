@@ -17,7 +17,7 @@ namespace {
 // --- Matching a regular start tag ----------------------------------------------------------------
 
 bool probe_attributes(Scan& scan, u32 nameHash, u32 parent, const StartTag& tag) {
-  const u32 children = scan.index.nodes[parent].flags;
+  const u32 children = scan.plan.nodes[parent].flags;
   if ((children & kNamedChildren) != 0 &&
       !probe(scan, element_key(parent, nameHash, kNamedKey), parent, tag)) {
     return false;
@@ -43,7 +43,7 @@ i32 match_regular(Scan& scan, const StartTag& tag) {
     const u32 parent = scan.alive[i];
     if (scan.attributes.size != 0) {
       if (!probe_attributes(scan, nameHash, parent, tag)) return kNoMemory;
-    } else if ((scan.index.nodes[parent].flags & kPlainChildren) != 0) {
+    } else if ((scan.plan.nodes[parent].flags & kPlainChildren) != 0) {
       if (!probe(scan, element_key(parent, nameHash, kPlainKey), parent, tag)) return kNoMemory;
     }
   }

@@ -9,23 +9,25 @@
 #include "support.hpp"
 #include "xml/scanner.hpp"
 
-#define SCAN_NAME                                                           \
-  "_ZN4pxcl3xml12scan_indexedERNS0_5IndexESt17basic_string_viewIcSt11char_" \
+#define SCAN_NAME                                                                          \
+  "_ZN4pxcl3xml12scan_indexedERKNS0_4PlanERKNS0_7AnswersESt17basic_string_viewIcSt11char_" \
   "traitsIcEEjP19ClXmlNameSpaceEntry"
 
-pxcl::xml::ScanOutcome real_scan(pxcl::xml::Index& index, std::string_view document,
-                                 pxcl::u32 flags,
-                                 ClXmlNameSpaceEntry* table) asm("__real_" SCAN_NAME);
-pxcl::xml::ScanOutcome counted_scan(pxcl::xml::Index& index, std::string_view document,
-                                    pxcl::u32 flags,
-                                    ClXmlNameSpaceEntry* table) asm("__wrap_" SCAN_NAME);
+using pxcl::xml::Answers;
+using pxcl::xml::Plan;
+using pxcl::xml::ScanOutcome;
+
+ScanOutcome real_scan(const Plan& plan, const Answers& answers, std::string_view document,
+                      pxcl::u32 flags, ClXmlNameSpaceEntry* table) asm("__real_" SCAN_NAME);
+ScanOutcome counted_scan(const Plan& plan, const Answers& answers, std::string_view document,
+                         pxcl::u32 flags, ClXmlNameSpaceEntry* table) asm("__wrap_" SCAN_NAME);
 
 static unsigned scans = 0;
 
-pxcl::xml::ScanOutcome counted_scan(pxcl::xml::Index& index, std::string_view document,
-                                    pxcl::u32 flags, ClXmlNameSpaceEntry* table) {
+ScanOutcome counted_scan(const Plan& plan, const Answers& answers, std::string_view document,
+                         pxcl::u32 flags, ClXmlNameSpaceEntry* table) {
   ++scans;
-  return real_scan(index, document, flags, table);
+  return real_scan(plan, answers, document, flags, table);
 }
 
 TEST(Scans, EachParserScansItsReplyOnce) {

@@ -1,0 +1,161 @@
+// SPDX-FileCopyrightText: 2026 The pxcl developers
+// SPDX-License-Identifier: Apache-2.0
+
+// The requested paths of one scan as a tree: one node for each distinct element text, found from
+// its parent by name and attribute. While the scan descends, an open element carries the nodes that
+// it matches, so that its cost hardly depends on the number of targets. A plan is not written to:
+// index.hpp makes one of paths that are known at run time only, fixed_plan.hpp makes the others
+// when the library is compiled.
+
+#pragma once
+
+#include <bit>
+#include <cstring>
+#include <type_traits>
+
+#include "util/types.hpp"
+
+namespace pxcl::xml {
+
+inline constexpr u32 kNone = ~u32{0};
+
+// An attribute as a requested element names it.
+struct RequestedAttribute {
+  const char* name;
+  const char* value;  // inside the quotes and the white space there; null for a name alone
+  u32 nameLength;
+  u32 valueLength;
+};
+
+enum NodeFlags : u32 {
+  kPlainChildren = 1,   // some child names no attribute
+  kNamedChildren = 2,   // some child names attributes, all without value
+  kValuedChildren = 4,  // some child names an attribute with its value
+  kAnyChildren = 7,
+  kNameOnly = 8,     // this element names an attribute without value: it admits further ones
+  kImpossible = 16,  // no element of a document can match this one
+  kEachValue = 32,   // its attribute stands for every value, and no other may stand beside it
+};
+
+struct Node {
+  const char* text;  // the element as requested; its name comes first
+  u32 textLength;
+  u32 nameLength;
+  u32 localBegin;  // behind the name's ":"
+  u32 parent;
+  u32 key;
+  u32 nextInBucket;
+  u32 flags;
+  u32 firstAttribute;
+  u32 attributeCount;
+  u32 elementTargets;    // list of targets that ask for this element's text, kNone for none
+  u32 attributeTargets;  // targets that ask for an attribute of it
+  u32 belowTargets;      // targets whose path ends in "/": they match every element below
+};
+static_assert(sizeof(Node) <= 64, "within a cache line");
+
+enum class Collect : u8 { kFirst, kRanges, kMatches, kEach };
+
+// One requested path.
+struct Target {
+  const char* attributeName;
+  u32 attributeNameLength;
+  u32 next;  // in the list of its node
+  u32 group;
+  Collect collect;
+  bool isAttribute;
+  bool hasNoPath;  // its path is null
+};
+
+struct Plan {
+  const Node* nodes;
+  const RequestedAttribute* attributes;
+  const Target* targets;
+  const u32* buckets;
+  u32 nodeCount;
+  u32 attributeCount;
+  u32 targetCount;
+  u32 bucketMask;
+  u32 groupCount;
+  bool hasNoPath;  // some target's path is null
+};
+
+inline constexpr u32 kRootNode = 0;
+
+// --- Look-up keys --------------------------------------------------------------------------------
+
+inline constexpr bool kLittleEndian = std::endian::native == std::endian::little;
+
+constexpr u64 load_bytes(const char* bytes, u32 count) {
+  u64 value = 0;
+  if (!std::is_constant_evaluated()) {
+    std::memcpy(&value, bytes, count);
+    return value;
+  }
+  for (u32 i = 0; i < count; ++i) {
+    value |= u64{static_cast<u8>(bytes[i])} << 8 * (kLittleEndian ? i : count - 1 - i);
+  }
+  return value;
+}
+
+// Of a text's first and last eight bytes and its length: names that stand side by side differ
+// there.
+constexpr u32 mix_hash(u64 low, u64 high, u32 length) {
+  const u64 mixed = low * 0x9E3779B97F4A7C15u + high * 0xC2B2AE3D27D4EB4Fu;
+  return static_cast<u32>(mixed >> 32) + length;
+}
+
+constexpr u32 hash_bytes(const char* bytes, u32 length) {
+  if (length >= 8) {
+    return mix_hash(load_bytes(bytes, 8), load_bytes(bytes + length - 8, 8), length);
+  }
+  u64 value = 0;
+  if (kLittleEndian && length >= 4) {
+    value = load_bytes(bytes, 4) | load_bytes(bytes + length - 4, 4) << 8 * (length - 4);
+  } else {
+    for (u32 i = 0; i < length; ++i) value |= u64{static_cast<u8>(bytes[i])} << 8 * i;
+  }
+  return mix_hash(value, value, length);
+}
+
+// The same where eight bytes can be read from `bytes` on, and on a little-endian processor.
+inline u32 hash_readable(const char* bytes, u32 length) {
+  if (!kLittleEndian) return hash_bytes(bytes, length);
+  const u64 first = load_bytes(bytes, 8);
+  if (length >= 8) return mix_hash(first, load_bytes(bytes + length - 8, 8), length);
+  const u64 value = first & ((u64{1} << 8 * length) - 1);
+  return mix_hash(value, value, length);
+}
+
+enum KeyClass : u32 { kPlainKey = 0, kNamedKey = 0xB5297A4Du, kValuedKey = 0x68E31DA4u };
+
+constexpr u32 element_key(u32 parent, u32 nameHash, KeyClass keyClass) {
+  return nameHash + parent * 0x9E3779B1u + keyClass;
+}
+constexpr u32 valued_key(u32 elementKey, u32 attributeNameHash, u32 valueHash) {
+  return (elementKey ^ attributeNameHash >> 7) * 0x85EBCA6Bu + valueHash;
+}
+constexpr u32 bucket_of(u32 key, u32 bucketMask) {
+  return (key ^ key >> 16) & bucketMask;
+}
+
+// memcmp for the lengths that names have, without a call: two overlapping words at each end.
+inline bool equal_bytes(const char* a, const char* b, u64 length) {
+  if (length < 4 || length > 32) return length == 0 || std::memcmp(a, b, length) == 0;
+  const auto differs = [&](u64 at, u32 width) {
+    return load_bytes(a + at, width) ^ load_bytes(b + at, width);
+  };
+  if (length < 8) return (differs(0, 4) | differs(length - 4, 4)) == 0;
+  u64 difference = differs(0, 8) | differs(length - 8, 8);
+  if (length > 16) difference |= differs(8, 8) | differs(length - 16, 8);
+  return difference == 0;
+}
+
+// What follows the first ":" of a name, or the whole name: the part that no prefix changes.
+inline std::string_view local_part(std::string_view name) {
+  const void* colon = name.empty() ? nullptr : std::memchr(name.data(), ':', name.size());
+  if (colon == nullptr) return name;
+  return from(name, static_cast<std::size_t>(static_cast<const char*>(colon) - name.data()) + 1);
+}
+
+}  // namespace pxcl::xml
