@@ -35,6 +35,9 @@ struct PlainMarks {
   u32 low;
 };
 
+// low_lane: the bytes up to "/". value_lane: what a usual value does not hold, double quotes, colons
+// and NUL bytes. attribute_lane: what a usual attribute's name does not hold, "=" and colons.
+
 // Where the bytes stand that tell a name from its attributes.
 struct LaneMarks {
   u32 colon;
@@ -72,6 +75,22 @@ inline PlainMarks plain_lane(const char* bytes) {
   const __m128i lane = load_lane(bytes);
   const __m128i low = _mm_cmpeq_epi8(_mm_min_epu8(lane, _mm_set1_epi8('/')), lane);
   return {lane_bits(lane_equal(lane, ':')), lane_bits(low)};
+}
+
+inline u32 low_lane(const char* bytes) {
+  const __m128i lane = load_lane(bytes);
+  return lane_bits(_mm_cmpeq_epi8(_mm_min_epu8(lane, _mm_set1_epi8('/')), lane));
+}
+
+inline u32 value_lane(const char* bytes) {
+  const __m128i lane = load_lane(bytes);
+  const __m128i quoteOrColon = _mm_or_si128(lane_equal(lane, '"'), lane_equal(lane, ':'));
+  return lane_bits(_mm_or_si128(quoteOrColon, lane_equal(lane, '\0')));
+}
+
+inline u32 attribute_lane(const char* bytes) {
+  const __m128i lane = load_lane(bytes);
+  return lane_bits(_mm_or_si128(lane_equal(lane, '='), lane_equal(lane, ':')));
 }
 
 inline LaneMarks mark_lane(const char* bytes) {
@@ -116,6 +135,21 @@ inline PlainMarks plain_lane(const char* bytes) {
   return {lane_bits(lane_equal(lane, ':')), lane_bits(vcleq_u8(lane, vdupq_n_u8('/')))};
 }
 
+inline u32 low_lane(const char* bytes) {
+  return lane_bits(vcleq_u8(load_lane(bytes), vdupq_n_u8('/')));
+}
+
+inline u32 value_lane(const char* bytes) {
+  const uint8x16_t lane = load_lane(bytes);
+  const uint8x16_t quoteOrColon = vorrq_u8(lane_equal(lane, '"'), lane_equal(lane, ':'));
+  return lane_bits(vorrq_u8(quoteOrColon, lane_equal(lane, '\0')));
+}
+
+inline u32 attribute_lane(const char* bytes) {
+  const uint8x16_t lane = load_lane(bytes);
+  return lane_bits(vorrq_u8(lane_equal(lane, '='), lane_equal(lane, ':')));
+}
+
 inline LaneMarks mark_lane(const char* bytes) {
   const uint8x16_t lane = load_lane(bytes);
   return {lane_bits(lane_equal(lane, ':')), lane_bits(vcleq_u8(lane, vdupq_n_u8(' '))),
@@ -152,6 +186,18 @@ inline PlainMarks plain_lane(const char* bytes) {
           lane_bits([&](u32 i) { return static_cast<u8>(bytes[i]) <= '/'; })};
 }
 
+inline u32 low_lane(const char* bytes) {
+  return lane_bits([&](u32 i) { return static_cast<u8>(bytes[i]) <= '/'; });
+}
+
+inline u32 value_lane(const char* bytes) {
+  return lane_bits([&](u32 i) { return bytes[i] == '"' || bytes[i] == ':' || bytes[i] == '\0'; });
+}
+
+inline u32 attribute_lane(const char* bytes) {
+  return lane_bits([&](u32 i) { return bytes[i] == '=' || bytes[i] == ':'; });
+}
+
 inline LaneMarks mark_lane(const char* bytes) {
   const auto mark = [&](char byte) { return lane_bits([&](u32 i) { return bytes[i] == byte; }); };
   return {mark(':'), lane_bits([&](u32 i) { return static_cast<u8>(bytes[i]) <= ' '; }), mark('"'),
@@ -175,6 +221,11 @@ inline u64 tag_rest(const char* bytes, u64 length) {
   char copy[kBlock] = {};
   std::memcpy(copy, bytes, length);
   return tag_block(copy);
+}
+
+// Every byte up to "/" of the two lanes from `bytes`.
+inline u64 low_marks(const char* bytes) {
+  return u64{low_lane(bytes)} | u64{low_lane(bytes + kLane)} << kLane;
 }
 
 // The first `count` bits of a lane's mask.
@@ -252,27 +303,6 @@ inline TextMarks text_marks(std::string_view text, u64 begin, u64 length) {
   }
   marks.keep(bits_below(length));
   return marks;
-}
-
-// The marks of a tag of `length` (1 to kBlock) bytes from which whole lanes can be read.
-struct TagMarks {
-  u64 colon = 0;
-  u64 stop = 0;  // any byte up to the blank, and "/"
-  u64 quote = 0;
-  u64 equals = 0;
-};
-
-inline TagMarks tag_marks(const char* bytes, u32 length) {
-  TagMarks marks;
-  for (u32 at = 0; at < length; at += kLane) {
-    const LaneMarks lane = mark_lane(bytes + at);
-    marks.colon |= u64{lane.colon} << at;
-    marks.stop |= u64{lane.blank | lane.slash} << at;
-    marks.quote |= u64{lane.quote} << at;
-    marks.equals |= u64{lane.equals} << at;
-  }
-  const u64 inside = bits_below(length);
-  return {marks.colon & inside, marks.stop & inside, marks.quote & inside, marks.equals & inside};
 }
 
 inline u32 lowest(u32 marks) {

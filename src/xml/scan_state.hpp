@@ -78,6 +78,16 @@ struct DeclaredPrefix {
   bool verbatim;  // the table's own
 };
 
+// A prefix, with its ":", that names keep: the first bytes of a name under the mask.
+struct KnownPrefix {
+  u64 mask = 0;
+  u64 word = ~u64{0};  // no name has that under this mask
+  u32 length = 0;
+};
+
+inline constexpr u32 kMarkWindow = 256;
+inline constexpr u32 kMarksAhead = 4;  // that the fast loop looks at: an element with its text
+
 // How far the text of the innermost irregular element was taken apart. While it holds an odd number
 // of double quotes, every further "/" is part of it and it goes on growing.
 struct GrowingElement {
@@ -120,12 +130,17 @@ struct Scan {
   bool metText = false;
   bool metAttributes = false;
 
-  u64 marks = 0;  // tag marks of the block at hand that were not visited yet
-  u32 block = 0;
+  // Where "<" and ">" stand, a window at a time: those from `mark` on were not visited yet.
+  u32 marks[kMarkWindow + kMarksAhead];
+  const u32* mark = nullptr;
+  const u32* marksEnd = nullptr;
+  const u32* refillAt = nullptr;  // from here on fewer than kMarksAhead can be read
+  u32 block = 0;                  // what follows was not looked through for them
 
   u16 declaredAt[kNamespaceCount] = {};      // generation; 0: not declared yet
   DeclaredPrefix declared[kNamespaceCount];  // in the order of the table
   u32 declaredCount = 0;
+  KnownPrefix known[2] = {};  // forgotten when a namespace is declared
   u16 generation = 0;         // counts declared namespaces
   u16 standing = 0;           // flags that every open element has
   bool quotedPrefix = false;  // a declared prefix begins with a double quote

@@ -18,19 +18,34 @@ constexpr i32 kEndOfText = 3;  // the document ended
 
 // --- The scan ------------------------------------------------------------------------------------
 
+// Fills the window of marks; those that were not visited yet move to its beginning. The last of a
+// document are followed by positions that it does not have.
+[[gnu::noinline]] void refill(Scan& scan) {
+  u32* out = scan.marks;
+  for (const u32* left = scan.mark; left < scan.marksEnd; ++left) *out++ = *left;
+  const u32 size = static_cast<u32>(scan.document.size());
+  const u32* last = scan.marks + kMarkWindow - kBlock;
+  while (scan.block < size && out <= last) {
+    const char* bytes = scan.document.data() + scan.block;
+    const u32 rest = size - scan.block;
+    u64 bits = rest >= kBlock ? tag_block(bytes) : tag_rest(bytes, rest);
+    for (; bits != 0; bits &= bits - 1) *out++ = scan.block + lowest(bits);
+    scan.block += kBlock;
+  }
+  scan.mark = scan.marks;
+  scan.marksEnd = out;
+  const bool isLast = scan.block >= size;
+  for (u32 i = 0; isLast && i < kMarksAhead; ++i) out[i] = kNone;
+  scan.refillAt = isLast ? out + 1 : out - kMarksAhead + 1;
+}
+
 // The next "<" or ">" that was not visited yet; kNone at the end of the document.
 u32 next_mark(Scan& scan) {
-  while (scan.marks == 0) {
-    const std::size_t next = std::size_t{scan.block} + kBlock;
-    if (next >= scan.document.size()) return kNone;
-    scan.block = static_cast<u32>(next);
-    const u64 rest = scan.document.size() - next;
-    const char* block = scan.document.data() + next;
-    scan.marks = rest >= kBlock ? tag_block(block) : tag_rest(block, rest);
+  if (scan.mark == scan.marksEnd) {
+    refill(scan);
+    if (scan.mark == scan.marksEnd) return kNone;
   }
-  const u32 at = scan.block + lowest(scan.marks);
-  scan.marks &= scan.marks - 1;
-  return at;
+  return *scan.mark++;
 }
 
 u32 next_mark(Scan& scan, char byte) {
@@ -119,54 +134,37 @@ i32 take_next(Scan& scan) {
 
 // --- The usual tags, taken by masks alone --------------------------------------------------------
 
-// The fast loop reads up to two lanes from a tag's name on, and a lane from a value's last byte on:
-// this far from the document's end it stops.
+// The fast loop reads up to two lanes from a tag's name on: this far from the document's end it
+// stops. A tag with an attribute is read by four lanes.
 constexpr u32 kReach = 2 * kLane + 2;
+constexpr u32 kAttributeReach = 4 * kLane + 2;
 
-// Where the fast loop stands; kept in registers.
+// Where the fast loop stands.
 struct Cursor {
   const char* text;
-  u64 marks;
-  u32 block;
-  u32 at;
-  u32 limit;
+  const u32* mark;  // the next mark; kMarksAhead of them can be read
+  u32 at;           // behind the markup taken last
+  u32 limit;        // of the marks that the loop may take
 };
 
-[[gnu::noinline]] u64 last_block(const char* bytes, u64 length) {
-  return tag_rest(bytes, length);
-}
-
-// Moves on to the next block that has a mark; at the document's end the cursor stays where it is.
-inline bool refill(Cursor& cursor) {
-  const u32 size = cursor.limit + kReach;
-  for (u32 block = cursor.block + kBlock; block < size; block += kBlock) {
-    const char* bytes = cursor.text + block;
-    cursor.marks = size - block >= kBlock ? tag_block(bytes) : last_block(bytes, size - block);
-    if (cursor.marks == 0) continue;
-    cursor.block = block;
-    return true;
-  }
-  return false;
-}
-
-// The next mark; kNone when there is none.
-inline u32 next_mark(Cursor& cursor) {
-  if (cursor.marks == 0 && !refill(cursor)) return kNone;
-  const u32 at = cursor.block + lowest(cursor.marks);
-  cursor.marks &= cursor.marks - 1;
-  return at;
+inline constexpr u64 bits_up_to_lanes(u32 length) {
+  return (u64{1} << length) - 1;
 }
 
 // Whether `length` bytes, 2 * kLane at most, are the same; both sides are readable to that length.
 inline bool same_name(const char* a, const char* b, u32 length) {
   const u64 same = u64{same_lane(a, b)} | u64{same_lane(a + kLane, b + kLane)} << kLane;
-  return (~same & ((u64{1} << length) - 1)) == 0;
+  return (~same & bits_up_to_lanes(length)) == 0;
+}
+
+inline OpenElement& innermost(Scan& scan) {
+  return scan.open[scan.depth - 1];
 }
 
 inline i32 take_end_tag(Scan& scan, const char* text, u32 begin, u32 end) {
-  const OpenElement& top = scan.open[scan.depth - 1];
+  const OpenElement& top = innermost(scan);
   const u32 length = end - begin - 2;
-  if (top.generation != scan.generation || top.length != length || length > 2 * kLane ||
+  if (top.length != length || length > 2 * kLane || top.generation != scan.generation ||
       !same_name(text + top.offset, text + begin + 2, length)) {
     return kUnusual;
   }
@@ -180,73 +178,57 @@ inline i32 take_end_tag(Scan& scan, const char* text, u32 begin, u32 end) {
   return kSuccess;
 }
 
+// --- Finding the nodes of a tag ---
+
 // The name of the tag at hand.
 struct TagName {
   const char* text;
   u32 length;
-  u32 colon;  // kNoColon without one
+  u32 localBegin;
+  u32 row;  // of the prefix that the table's takes the place of; kNone: the name stands as it is
+  u32 hash;
 };
 
 // The first colon of a name of up to 2 * kLane bytes.
 inline u32 plain_colon(const char* text, u32 length) {
   const u64 colon = u64{plain_lane(text).colon} | u64{plain_lane(text + kLane).colon} << kLane;
-  return first_mark(colon & ((u64{1} << length) - 1));
+  return first_mark(colon & bits_up_to_lanes(length));
 }
 
-// The key of its local part: no prefix changes that.
-inline u32 hash_of(const TagName& name) {
-  const u32 localBegin = name.colon + 1;  // kNoColon + 1 is 0
-  return hash_readable(name.text + localBegin, name.length - localBegin);
+// Works out the prefix and keeps it in mind when it stands as it is: most tags have the same few.
+[[gnu::noinline]] void find_prefix(Scan& scan, TagName& name) {
+  const u32 colon = plain_colon(name.text, name.length);
+  name.localBegin = colon + 1;  // kNoColon + 1 is 0
+  name.row = colon == kNoColon ? kNone : find_other_row(scan, name.text, colon);
+  if (!kLittleEndian || colon >= 7 || name.row != kNone) return;
+  scan.known[1] = scan.known[0];
+  scan.known[0].mask = (u64{1} << 8 * (colon + 1)) - 1;
+  scan.known[0].word = load_bytes(name.text, 8) & scan.known[0].mask;
+  scan.known[0].length = colon + 1;
 }
 
-// A tag with one attribute.
-struct AttributeTag {
-  const char* name;
-  u32 offset;
-  SimpleElement element;
-};
-
-// The attribute as the general functions want it.
-void take_attribute(Scan& scan, const AttributeTag& tag) {
-  const SimpleElement& element = tag.element;
-  CurrentAttribute& attribute = scan.attributes[0];
-  attribute = {};
-  attribute.name = tag.name + element.attributeBegin;
-  attribute.nameLength = element.attributeEnd - element.attributeBegin;
-  attribute.value = tag.name + element.valueBegin - 1;
-  attribute.valueLength = element.valueEnd + 2 - element.valueBegin;
-  scan.attributes.size = 1;
-}
-
-std::string_view attribute_name(const AttributeTag& tag) {
-  return {tag.name + tag.element.attributeBegin,
-          tag.element.attributeEnd - tag.element.attributeBegin};
-}
-
-std::string_view inner_value(const AttributeTag& tag) {
-  return {tag.name + tag.element.valueBegin, tag.element.valueEnd - tag.element.valueBegin};
-}
-
-bool same_text(std::string_view text, const char* other, u32 length) {
-  return text.size() == length && equal_bytes(text.data(), other, length);
-}
-
-// White space at a value's edges and NUL bytes are not for the fast loop.
-bool is_clean_value(std::string_view value) {
-  return !is_space(value.front()) && !is_space(value.back()) && find_byte(value, '\0') == nullptr;
-}
-
-// Whether the tag's attribute answers those that the node names.
-inline bool attribute_matches(Scan& scan, const AttributeTag& tag, const Node& node) {
-  if (node.attributeCount == 1) {
-    const RequestedAttribute& requested = scan.plan.attributes[node.firstAttribute];
-    if (!same_text(attribute_name(tag), requested.name, requested.nameLength)) return false;
-    if ((node.flags & kEachValue) != 0) note_key(scan, node, inner_value(tag), false);
-    if (requested.value == nullptr) return true;
-    if (same_text(inner_value(tag), requested.value, requested.valueLength)) return true;
+inline TagName read_name(Scan& scan, const char* text, u32 length) {
+  TagName name;
+  name.text = text;
+  name.length = length;
+  name.row = kNone;
+  const u64 word = load_bytes(text, 8);
+  if ((word & scan.known[0].mask) == scan.known[0].word) {
+    name.localBegin = scan.known[0].length;
+  } else if ((word & scan.known[1].mask) == scan.known[1].word) {
+    name.localBegin = scan.known[1].length;
+  } else {
+    find_prefix(scan, name);
   }
-  take_attribute(scan, tag);
-  return attributes_match(scan, node);
+  name.hash = hash_readable(text + name.localBegin, length - name.localBegin);
+  return name;
+}
+
+inline bool has_name(const Node& node, const TagName& name) {
+  if (name.row != kNone) {
+    return names_match(node, {name.text, name.length}, name.localBegin - 1, name.row);
+  }
+  return node.nameLength == name.length && equal_bytes(node.text, name.text, name.length);
 }
 
 // Calls `visit` for every node of this key and name below `parent`, until it returns false.
@@ -256,30 +238,31 @@ inline bool visit_nodes(const Scan& scan, const TagName& name, u32 parent, u32 k
   u32 found = scan.plan.buckets[bucket_of(key, scan.plan.bucketMask)];
   for (; found != kNone; found = scan.plan.nodes[found].nextInBucket) {
     const Node& node = scan.plan.nodes[found];
-    if (node.key != key || node.parent != parent || (node.flags & kImpossible) != 0) continue;
-    if (!names_match(scan, node, name.text, name.length, name.colon)) continue;
-    if (!visit(found, node)) return false;
+    if (node.key != key || node.parent != parent || !has_name(node, name)) continue;
+    if ((node.flags & kImpossible) == 0 && !visit(found, node)) return false;
   }
   return true;
 }
 
+// The nodes of the innermost element's parent, or its own, in scan.alive.
 struct AliveNodes {
   const u32* begin;
   const u32* end;
 };
 
-inline AliveNodes innermost_nodes(const Scan& scan) {
+inline AliveNodes innermost_nodes(Scan& scan) {
   const u32* nodes = scan.alive.begin();
-  return {nodes + scan.open[scan.depth - 1].aliveBegin, nodes + scan.aliveTop};
+  return {nodes + innermost(scan).aliveBegin, nodes + scan.aliveTop};
 }
 
 // Calls `visit` for every node below `parents` that a tag without attribute matches.
 template <typename Visit>
-inline bool match_plain(const Scan& scan, const TagName& name, AliveNodes parents,
+inline bool match_plain(Scan& scan, const char* text, u32 length, AliveNodes parents,
                         const Visit& visit) {
+  const TagName name = read_name(scan, text, length);
   for (const u32* parent = parents.begin; parent != parents.end; ++parent) {
     if ((scan.plan.nodes[*parent].flags & kPlainChildren) == 0) continue;
-    const u32 key = element_key(*parent, hash_of(name), kPlainKey);
+    const u32 key = element_key(*parent, name.hash, kPlainKey);
     const bool stored = visit_nodes(scan, name, *parent, key, [&](u32 found, const Node& node) {
       return node.attributeCount != 0 || visit(found);
     });
@@ -288,123 +271,172 @@ inline bool match_plain(const Scan& scan, const TagName& name, AliveNodes parent
   return true;
 }
 
-// The same for a tag with one attribute. Its value and its name alone are looked up by keys of
+// --- Tags with one attribute ---
+
+// Offsets into the tag, from its name on. The value stands between its quotes.
+struct AttributeTag {
+  const char* text;
+  u32 offset;
+  u32 nameLength;
+  u32 attributeEnd;
+  u32 valueEnd;
+
+  u32 attributeBegin() const { return nameLength + 1; }
+  u32 attributeLength() const { return attributeEnd - attributeBegin(); }
+  const char* attribute() const { return text + attributeBegin(); }
+  u32 valueBegin() const { return attributeEnd + 2; }
+  u32 valueLength() const { return valueEnd - valueBegin(); }
+  const char* value() const { return text + valueBegin(); }
+};
+
+// White space at a value's edges and NUL bytes are not for the fast loop, nor are values that may
+// be qualified names.
+inline bool is_clean_value(const char* value, u32 length) {
+  if (static_cast<u8>(value[0]) <= ' ' || static_cast<u8>(value[length - 1]) <= ' ') return false;
+  for (u32 at = 0; at < length; at += kLane) {
+    if ((value_lane(value + at) & first_bits(length - at)) != 0) return false;
+  }
+  return true;
+}
+
+// Reads `name attribute="value"`; false for any other tag. `low` marks the bytes up to "/" of the
+// tag's first two lanes.
+inline bool read_attribute(const char* text, u32 length, u64 low, AttributeTag& tag) {
+  if (length > kBlock) return false;
+  if (length > 2 * kLane) low |= low_marks(text + 2 * kLane) << 2 * kLane;
+  if (low == 0) return false;
+  const u32 blank = lowest(low);
+  const u64 rest = low & (low - 1);
+  if (rest == 0 || blank > 2 * kLane) return false;
+  const u32 quote = lowest(rest);
+  if (quote + 2 >= length || quote < blank + 3 || text[blank] != ' ' || text[quote] != '"' ||
+      text[quote - 1] != '=' || text[length - 1] != '"' || text[blank + 1] == 'x') {
+    return false;
+  }
+  tag.text = text;
+  tag.nameLength = blank;
+  tag.attributeEnd = quote - 1;
+  tag.valueEnd = length - 1;
+  return is_clean_value(tag.value(), tag.valueLength());
+}
+
+// Whether the attribute's name is short, and holds nothing that would make it another one's.
+inline bool is_plain_attribute(const AttributeTag& tag) {
+  const u32 length = tag.attributeLength();
+  return length <= kLane && (attribute_lane(tag.attribute()) & first_bits(length)) == 0;
+}
+
+// The attribute as the general functions want it.
+void take_attribute(Scan& scan, const AttributeTag& tag) {
+  CurrentAttribute& attribute = scan.attributes[0];
+  attribute = {};
+  attribute.name = tag.attribute();
+  attribute.nameLength = tag.attributeLength();
+  attribute.value = tag.value() - 1;
+  attribute.valueLength = tag.valueLength() + 2;
+  scan.attributes.size = 1;
+}
+
+[[gnu::noinline]] bool attribute_matches_generally(Scan& scan, const AttributeTag& tag,
+                                                   const Node& node) {
+  take_attribute(scan, tag);
+  return attributes_match(scan, node);
+}
+
+inline bool same_text(const char* text, u32 length, const char* other, u32 otherLength) {
+  return length == otherLength && equal_bytes(text, other, length);
+}
+
+// Whether the tag's attribute answers those that the node names.
+inline bool attribute_matches(Scan& scan, const AttributeTag& tag, const Node& node) {
+  if (node.attributeCount == 1) {
+    const RequestedAttribute& requested = scan.plan.attributes[node.firstAttribute];
+    if (!same_text(tag.attribute(), tag.attributeLength(), requested.name, requested.nameLength))
+      return false;
+    if ((node.flags & kEachValue) != 0) {
+      note_key(scan, node, {tag.value(), tag.valueLength()}, false);
+    }
+    if (requested.value == nullptr) return true;
+    if (same_text(tag.value(), tag.valueLength(), requested.value, requested.valueLength))
+      return true;
+  }
+  return attribute_matches_generally(scan, tag, node);
+}
+
+// match_plain for a tag with one attribute. Its value and its name alone are looked up by keys of
 // their own.
 template <typename Visit>
 inline bool match_attribute_tag(Scan& scan, const AttributeTag& tag, AliveNodes parents,
                                 const Visit& visit) {
-  const SimpleElement& element = tag.element;
-  const TagName name = {tag.name, element.nameLength, element.colon};
-  const auto visit_keyed = [&](u32 parent, u32 key) {
-    return visit_nodes(scan, name, parent, key, [&](u32 found, const Node& node) {
-      return !attribute_matches(scan, tag, node) || visit(found);
-    });
-  };
+  const TagName name = read_name(scan, tag.text, tag.nameLength);
   for (const u32* parent = parents.begin; parent != parents.end; ++parent) {
     const u32 children = scan.plan.nodes[*parent].flags;
-    if ((children & (kValuedChildren | kNamedChildren)) == 0) continue;
-    const u32 hash = hash_of(name);
-    const auto key = [&](KeyClass keyClass) { return element_key(*parent, hash, keyClass); };
+    u32 keys[2];
+    u32 count = 0;
     if ((children & kValuedChildren) != 0) {
-      const std::string_view attribute = attribute_name(tag);
-      const u32 valued = valued_key(
-          key(kValuedKey), hash_readable(attribute.data(), static_cast<u32>(attribute.size())),
-          hash_readable(tag.name + element.valueLocal, element.valueEnd - element.valueLocal));
-      if (!visit_keyed(*parent, valued)) return false;
+      keys[count++] = valued_key(element_key(*parent, name.hash, kValuedKey),
+                                 hash_readable(tag.attribute(), tag.attributeLength()),
+                                 hash_readable(tag.value(), tag.valueLength()));
     }
-    if ((children & kNamedChildren) != 0 && !visit_keyed(*parent, key(kNamedKey))) return false;
+    if ((children & kNamedChildren) != 0) {
+      keys[count++] = element_key(*parent, name.hash, kNamedKey);
+    }
+    for (u32 i = 0; i < count; ++i) {
+      const bool stored =
+          visit_nodes(scan, name, *parent, keys[i], [&](u32 found, const Node& node) {
+            return !attribute_matches(scan, tag, node) || visit(found);
+          });
+      if (!stored) return false;
+    }
   }
   return true;
 }
 
 // Gives the tag's attribute to the targets of `node` that ask for it.
 inline bool store_attribute(Scan& scan, const AttributeTag& tag, u32 node) {
-  const u32 offset = tag.offset + tag.element.valueBegin - 1;
   u32 number = scan.plan.nodes[node].attributeTargets;
   for (; number != kNone; number = scan.plan.targets[number].next) {
     const Target& target = scan.plan.targets[number];
-    if (!same_text(attribute_name(tag), target.attributeName, target.attributeNameLength)) continue;
-    const u32 length = tag.element.valueEnd + 2 - tag.element.valueBegin;
-    if (!record(scan, number, offset, length, kFound)) return false;
+    if (!same_text(tag.attribute(), tag.attributeLength(), target.attributeName,
+                   target.attributeNameLength)) {
+      continue;
+    }
+    if (!record(scan, number, tag.offset + tag.valueBegin() - 1, tag.valueLength() + 2, kFound))
+      return false;
   }
   return true;
 }
+
+// --- Start tags ---
 
 // The text of an element in which nothing else is.
 struct LeafText {
   u32 begin;
   u32 length;
-  u32 end;  // of the end tag behind it
 };
 
 // "<name>text</name>": nothing has to be opened.
-[[gnu::noinline]] bool take_leaf(Scan& scan, const char* tag, u32 length, LeafText text) {
-  const TagName name = {tag, length, plain_colon(tag, length)};
-  return match_plain(scan, name, innermost_nodes(scan),
-                     [&](u32 node) { return on_leaf(scan, node, text.begin, text.length); });
+[[gnu::noinline]] bool take_leaf(Scan& scan, const char* text, u32 length, LeafText leaf) {
+  return match_plain(scan, text, length, innermost_nodes(scan),
+                     [&](u32 node) { return on_leaf(scan, node, leaf.begin, leaf.length); });
 }
 
-[[gnu::noinline]] bool take_attribute_leaf(Scan& scan, const AttributeTag& tag, LeafText text) {
+[[gnu::noinline]] bool take_attribute_leaf(Scan& scan, const AttributeTag& tag, LeafText leaf) {
   return match_attribute_tag(scan, tag, innermost_nodes(scan), [&](u32 node) {
-    return store_attribute(scan, tag, node) && on_leaf(scan, node, text.begin, text.length);
+    return store_attribute(scan, tag, node) && on_leaf(scan, node, leaf.begin, leaf.length);
   });
 }
 
 // "<name>": an element with others in it, or without text. It is open already; `parents` are the
 // nodes of its parent.
-[[gnu::noinline]] bool open_plain(Scan& scan, const char* tag, u32 length, AliveNodes parents) {
-  const TagName name = {tag, length, plain_colon(tag, length)};
-  return match_plain(scan, name, parents, [&](u32 node) { return add_alive(scan, node); });
+[[gnu::noinline]] bool open_plain(Scan& scan, const char* text, u32 length, AliveNodes parents) {
+  return match_plain(scan, text, length, parents, [&](u32 node) { return add_alive(scan, node); });
 }
 
 [[gnu::noinline]] bool open_attribute_tag(Scan& scan, const AttributeTag& tag, AliveNodes parents) {
   return match_attribute_tag(scan, tag, parents, [&](u32 node) {
     return add_alive(scan, node) && store_attribute(scan, tag, node);
   });
-}
-
-// Whether a tag of `length` bytes is a name and nothing else; a name with a byte up to "/" in it
-// counts as none.
-inline bool is_plain_tag(const char* text, u32 length) {
-  if (length > 2 * kLane) return false;
-  const u64 low = u64{plain_lane(text).low} | u64{plain_lane(text + kLane).low} << kLane;
-  return (low & ((u64{1} << length) - 1)) == 0;
-}
-
-// Reads `name attribute="value"` by its marks; false for any other tag.
-inline bool read_attribute(const TagMarks& marks, u32 length, AttributeTag& tag) {
-  const u64 open = marks.quote & -marks.quote;
-  const u64 close = marks.quote ^ open;
-  const u64 inNames = open - 1;
-  const u64 blank = marks.stop & -marks.stop;
-  if (close != u64{1} << (length - 1) || close == open << 1 ||
-      (marks.equals & inNames) != open >> 1 || (marks.stop & inNames) != blank || blank == 0 ||
-      blank << 2 == open || (marks.colon & inNames) > blank) {
-    return false;
-  }
-  const u64 colon = marks.colon & ~inNames;
-  SimpleElement& element = tag.element;
-  element.nameLength = lowest(blank);
-  element.colon = first_mark(marks.colon & inNames);
-  element.attributeBegin = element.nameLength + 1;
-  element.valueBegin = lowest(open) + 1;
-  element.attributeEnd = element.valueBegin - 2;
-  element.valueEnd = length - 1;
-  element.valueLocal = colon == 0 ? element.valueBegin : lowest(colon) + 1;
-  const bool isClean = marks.stop == blank || is_clean_value(inner_value(tag));
-  return isClean && is_space(tag.name[element.nameLength]) &&
-         tag.name[element.attributeBegin] != 'x';
-}
-
-// Any other tag that is a name alone or followed by one attribute with a value.
-[[gnu::noinline]] bool read_tag(const char* text, u32 length, AttributeTag& tag) {
-  if (length > kBlock) return false;
-  const TagMarks marks = tag_marks(text, length);
-  tag.name = text;
-  if (marks.quote != 0) return read_attribute(marks, length, tag);
-  tag.element.nameLength = length;
-  tag.element.attributeEnd = 0;
-  return marks.stop == 0;
 }
 
 // Opens an element; the nodes of its parent.
@@ -414,70 +446,89 @@ inline AliveNodes push_usual(Scan& scan, u32 offset, u32 length) {
   return parents;
 }
 
-// Whether "text</name>" stands from `begin` on, with the name's bytes at `name`.
-inline bool find_leaf(Cursor& ahead, const char* name, u32 length, u32 begin, LeafText& leaf) {
-  if (length > 2 * kLane) return false;
-  const char* text = ahead.text;
-  const u32 close = next_mark(ahead);
-  const u32 end = next_mark(ahead);
-  if (end >= ahead.limit || end - close != length + 2 || text[close] != '<' || text[end] != '>' ||
-      text[close + 1] != '/' || !same_name(name, text + close + 2, length)) {
+// Whether "text</name>" stands behind the start tag that ends at `end`; false too for a text that
+// is white space.
+inline bool find_leaf(const Scan& scan, const Cursor& cursor, const char* name, u32 length,
+                      LeafText& leaf) {
+  const char* text = cursor.text;
+  u32 begin = cursor.mark[1] + 1;
+  u32 close = cursor.mark[2];
+  const u32 end = cursor.mark[3];
+  if (begin == close || end >= cursor.limit || end - close != length + 2 || text[end] != '>' ||
+      text[close] != '<' || text[close + 1] != '/' || scan.standing != 0 ||
+      !same_name(name, text + close + 2, length)) {
     return false;
   }
-  u32 trimmed = close;
   while (begin < close && is_space(text[begin])) ++begin;
-  while (begin < trimmed && is_space(text[trimmed - 1])) --trimmed;
-  leaf = {begin, trimmed - begin, end};
-  return begin < trimmed;
+  while (begin < close && is_space(text[close - 1])) --close;
+  leaf = {begin, close - begin};
+  return begin < close;
 }
 
-// A start tag, and the text and the end tag behind it when the element has nothing else.
-inline i32 take_start_tag(Scan& scan, Cursor& cursor, u32 begin, u32 end) {
-  const char* name = cursor.text + begin + 1;
-  u32 length = end - begin - 1;
-  AttributeTag tag;
-  bool isPlain = is_plain_tag(name, length);
-  if (!isPlain) {
-    tag.offset = begin + 1;
-    if (!read_tag(name, length, tag)) return kUnusual;
-    length = tag.element.nameLength;
-    isPlain = !tag.element.has_attribute();
-    if (isPlain && length > 2 * kLane) return kUnusual;
-  }
-  const bool mayMatch =
-      (scan.open[scan.depth - 1].flags & (isPlain ? kPlainBelow : kAttributesBelow)) != 0;
-  const Cursor behind = cursor;
-  LeafText leaf;
-  bool stored = true;
-  if (cursor.text[end + 1] != '<' && scan.standing == 0 &&
-      find_leaf(cursor, name, length, end + 1, leaf)) {
-    end = leaf.end;
-    ++scan.serial;
-    scan.metText = true;
-    if (mayMatch) {
-      stored = isPlain ? take_leaf(scan, name, length, leaf) : take_attribute_leaf(scan, tag, leaf);
-    }
-  } else {
-    cursor = behind;
-    if (scan.depth == scan.open.capacity) return kUnusual;
-    ++scan.serial;
-    const AliveNodes parents = push_usual(scan, begin + 1, length);
-    if (mayMatch) {
-      stored = isPlain ? open_plain(scan, name, length, parents)
-                       : open_attribute_tag(scan, tag, parents);
-    }
-  }
-  if (!isPlain) scan.metAttributes = true;
+// What a start tag leaves behind, with or without the rest of its element.
+inline i32 finish_tag(Scan& scan, Cursor& cursor, u32 marks, bool stored) {
+  const u32 end = cursor.mark[marks - 1];
+  cursor.mark += marks;
   cursor.at = end + 1;
   if (stored) return kSuccess;
   scan.position = end;
   return kNoMemory;
 }
 
+constexpr u32 kLeafMarks = 4;
+constexpr u32 kTagMarks = 2;
+
+inline i32 take_plain_tag(Scan& scan, Cursor& cursor, const char* name, u32 length) {
+  const bool mayMatch = (innermost(scan).flags & kPlainBelow) != 0;
+  LeafText leaf;
+  if (find_leaf(scan, cursor, name, length, leaf)) {
+    ++scan.serial;
+    scan.metText = true;
+    return finish_tag(scan, cursor, kLeafMarks, !mayMatch || take_leaf(scan, name, length, leaf));
+  }
+  if (scan.depth == scan.open.capacity) return kUnusual;
+  ++scan.serial;
+  const AliveNodes parents = push_usual(scan, cursor.mark[0] + 1, length);
+  return finish_tag(scan, cursor, kTagMarks, !mayMatch || open_plain(scan, name, length, parents));
+}
+
+inline i32 take_attribute_tag(Scan& scan, Cursor& cursor, AttributeTag& tag) {
+  const bool mayMatch = (innermost(scan).flags & kAttributesBelow) != 0;
+  if (mayMatch && !is_plain_attribute(tag)) return kUnusual;
+  tag.offset = cursor.mark[0] + 1;
+  LeafText leaf;
+  if (find_leaf(scan, cursor, tag.text, tag.nameLength, leaf)) {
+    ++scan.serial;
+    scan.metText = scan.metAttributes = true;
+    return finish_tag(scan, cursor, kLeafMarks, !mayMatch || take_attribute_leaf(scan, tag, leaf));
+  }
+  if (scan.depth == scan.open.capacity) return kUnusual;
+  ++scan.serial;
+  scan.metAttributes = true;
+  const AliveNodes parents = push_usual(scan, tag.offset, tag.nameLength);
+  return finish_tag(scan, cursor, kTagMarks, !mayMatch || open_attribute_tag(scan, tag, parents));
+}
+
+inline i32 take_start_tag(Scan& scan, Cursor& cursor) {
+  const u32 begin = cursor.mark[0] + 1;
+  const char* name = cursor.text + begin;
+  const u32 length = cursor.mark[1] - begin;
+  const u64 low = low_marks(name);
+  if (length <= 2 * kLane && (low & bits_up_to_lanes(length)) == 0) {
+    return take_plain_tag(scan, cursor, name, length);
+  }
+  AttributeTag tag;
+  if (u64{begin} + kAttributeReach > scan.document.size() ||
+      !read_attribute(name, length, low, tag)) {
+    return kUnusual;
+  }
+  return take_attribute_tag(scan, cursor, tag);
+}
+
 // One tag and the text in front of it; kUnusual: what follows cursor.at is for take_next.
 inline i32 take_usual(Scan& scan, Cursor& cursor) {
-  const u32 begin = next_mark(cursor);
-  const u32 end = next_mark(cursor);
+  const u32 begin = cursor.mark[0];
+  const u32 end = cursor.mark[1];
   if (end >= cursor.limit || cursor.text[begin] != '<' || cursor.text[end] != '>') return kUnusual;
   while (cursor.at != begin && is_space(cursor.text[cursor.at])) ++cursor.at;
   if (cursor.at != begin) {
@@ -486,10 +537,11 @@ inline i32 take_usual(Scan& scan, Cursor& cursor) {
     cursor.at = begin;
   }
   const char kind = cursor.text[begin + 1];
-  if (is_letter(kind)) return take_start_tag(scan, cursor, begin, end);
+  if (is_letter(kind)) return take_start_tag(scan, cursor);
   if (kind != '/') return kUnusual;
   const i32 status = take_end_tag(scan, cursor.text, begin, end);
   if (status == kSuccess) {
+    cursor.mark += kTagMarks;
     cursor.at = end + 1;
   } else {
     scan.position = end;
@@ -497,28 +549,21 @@ inline i32 take_usual(Scan& scan, Cursor& cursor) {
   return status;
 }
 
-// Puts the marks back to those from scan.at on.
-void rewind_marks(Scan& scan) {
-  const u64 size = scan.document.size();
-  scan.block = scan.at & ~(kBlock - 1);
-  if (scan.block >= size) {
-    scan.marks = 0;
-    return;
-  }
-  const char* block = scan.document.data() + scan.block;
-  const u64 rest = size - scan.block;
-  scan.marks = rest >= kBlock ? tag_block(block) : tag_rest(block, rest);
-  scan.marks &= ~bits_below(scan.at % kBlock);
-}
-
 // Takes usual tags as far as they go. Elements whose text stands in the path buffer are not for it.
 i32 take_usual_tags(Scan& scan) {
-  Cursor cursor = {scan.document.data(), scan.marks, scan.block, scan.at,
+  Cursor cursor = {scan.document.data(), scan.mark, scan.at,
                    static_cast<u32>(scan.document.size()) - kReach};
   i32 status = kSuccess;
-  while (status == kSuccess) status = take_usual(scan, cursor);
+  while (status == kSuccess) {
+    if (cursor.mark >= scan.refillAt) {
+      scan.mark = cursor.mark;
+      refill(scan);
+      cursor.mark = scan.mark;
+    }
+    status = take_usual(scan, cursor);
+  }
   scan.at = cursor.at;
-  if (status == kUnusual) rewind_marks(scan);
+  scan.mark = cursor.mark;
   return status;
 }
 
@@ -545,7 +590,7 @@ bool start_scan(Scan& scan) {
   scan.alive[0] = kRootNode;
   if (plan.nodes[kRootNode].belowTargets != kNone && !scan.below.push({kRootNode, 0})) return false;
   refresh_standing(scan);
-  rewind_marks(scan);
+  scan.mark = scan.marksEnd = scan.refillAt = scan.marks;
   return true;
 }
 
