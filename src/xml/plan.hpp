@@ -151,6 +151,15 @@ inline bool equal_bytes(const char* a, const char* b, u64 length) {
   return difference == 0;
 }
 
+// The same for any length from 4 on, by 16 bytes at a time.
+inline bool equal_text(const char* a, const char* b, u64 length) {
+  u64 at = 0;
+  for (; at + 32 < length; at += 16) {
+    if (!equal_bytes(a + at, b + at, 16)) return false;
+  }
+  return equal_bytes(a + at, b + at, length - at);
+}
+
 // What follows the first ":" of a name, or the whole name: the part that no prefix changes.
 inline std::string_view local_part(std::string_view name) {
   const void* colon = name.empty() ? nullptr : std::memchr(name.data(), ':', name.size());

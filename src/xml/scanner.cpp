@@ -231,44 +231,26 @@ inline bool has_name(const Node& node, const TagName& name) {
   return node.nameLength == name.length && equal_bytes(node.text, name.text, name.length);
 }
 
-// Calls `visit` for every node of this key and name below `parent`, until it returns false.
-template <typename Visit>
-inline bool visit_nodes(const Scan& scan, const TagName& name, u32 parent, u32 key,
-                        const Visit& visit) {
-  u32 found = scan.plan.buckets[bucket_of(key, scan.plan.bucketMask)];
-  for (; found != kNone; found = scan.plan.nodes[found].nextInBucket) {
-    const Node& node = scan.plan.nodes[found];
-    if (node.key != key || node.parent != parent || !has_name(node, name)) continue;
-    if ((node.flags & kImpossible) == 0 && !visit(found, node)) return false;
-  }
-  return true;
-}
+// The functions that look for the nodes of a tag write them behind the last ones alive, and answer
+// where they end: there is room for every node.
 
-// The nodes of the innermost element's parent, or its own, in scan.alive.
-struct AliveNodes {
-  const u32* begin;
-  const u32* end;
-};
-
-inline AliveNodes innermost_nodes(Scan& scan) {
-  const u32* nodes = scan.alive.begin();
-  return {nodes + innermost(scan).aliveBegin, nodes + scan.aliveTop};
-}
-
-// Calls `visit` for every node below `parents` that a tag without attribute matches.
-template <typename Visit>
-inline bool match_plain(Scan& scan, const char* text, u32 length, AliveNodes parents,
-                        const Visit& visit) {
+// The nodes that a tag without attribute matches.
+[[gnu::noinline]] u32* find_plain(Scan& scan, const char* text, u32 length) {
   const TagName name = read_name(scan, text, length);
-  for (const u32* parent = parents.begin; parent != parents.end; ++parent) {
+  const u32* parent = scan.alive.begin() + innermost(scan).aliveBegin;
+  const u32* parentsEnd = scan.alive.begin() + scan.aliveTop;
+  u32* out = scan.alive.begin() + scan.aliveTop;
+  for (; parent != parentsEnd; ++parent) {
     if ((scan.plan.nodes[*parent].flags & kPlainChildren) == 0) continue;
     const u32 key = element_key(*parent, name.hash, kPlainKey);
-    const bool stored = visit_nodes(scan, name, *parent, key, [&](u32 found, const Node& node) {
-      return node.attributeCount != 0 || visit(found);
-    });
-    if (!stored) return false;
+    u32 found = scan.plan.buckets[bucket_of(key, scan.plan.bucketMask)];
+    for (; found != kNone; found = scan.plan.nodes[found].nextInBucket) {
+      const Node& node = scan.plan.nodes[found];
+      if (node.key != key || node.parent != *parent || !has_name(node, name)) continue;
+      if (node.attributeCount == 0 && (node.flags & kImpossible) == 0) *out++ = found;
+    }
   }
-  return true;
+  return out;
 }
 
 // --- Tags with one attribute ---
@@ -337,59 +319,62 @@ void take_attribute(Scan& scan, const AttributeTag& tag) {
   scan.attributes.size = 1;
 }
 
-[[gnu::noinline]] bool attribute_matches_generally(Scan& scan, const AttributeTag& tag,
-                                                   const Node& node) {
-  take_attribute(scan, tag);
-  return attributes_match(scan, node);
-}
-
 inline bool same_text(const char* text, u32 length, const char* other, u32 otherLength) {
   return length == otherLength && equal_bytes(text, other, length);
 }
 
-// Whether the tag's attribute answers those that the node names.
-inline bool attribute_matches(Scan& scan, const AttributeTag& tag, const Node& node) {
-  if (node.attributeCount == 1) {
-    const RequestedAttribute& requested = scan.plan.attributes[node.firstAttribute];
-    if (!same_text(tag.attribute(), tag.attributeLength(), requested.name, requested.nameLength))
-      return false;
-    if ((node.flags & kEachValue) != 0) {
-      note_key(scan, node, {tag.value(), tag.valueLength()}, false);
-    }
-    if (requested.value == nullptr) return true;
-    if (same_text(tag.value(), tag.valueLength(), requested.value, requested.valueLength))
-      return true;
-  }
-  return attribute_matches_generally(scan, tag, node);
+// Whether the node's element, which is not written as the tag is, means the same.
+[[gnu::noinline]] bool means_the_same(Scan& scan, const AttributeTag& tag, const TagName& name,
+                                      const Node& node) {
+  if ((node.flags & kImpossible) != 0 || !has_name(node, name)) return false;
+  take_attribute(scan, tag);
+  return attributes_match(scan, node);
 }
 
-// match_plain for a tag with one attribute. Its value and its name alone are looked up by keys of
-// their own.
-template <typename Visit>
-inline bool match_attribute_tag(Scan& scan, const AttributeTag& tag, AliveNodes parents,
-                                const Visit& visit) {
-  const TagName name = read_name(scan, tag.text, tag.nameLength);
-  for (const u32* parent = parents.begin; parent != parents.end; ++parent) {
-    const u32 children = scan.plan.nodes[*parent].flags;
-    u32 keys[2];
-    u32 count = 0;
-    if ((children & kValuedChildren) != 0) {
-      keys[count++] = valued_key(element_key(*parent, name.hash, kValuedKey),
-                                 hash_readable(tag.attribute(), tag.attributeLength()),
-                                 hash_readable(tag.value(), tag.valueLength()));
-    }
-    if ((children & kNamedChildren) != 0) {
-      keys[count++] = element_key(*parent, name.hash, kNamedKey);
-    }
-    for (u32 i = 0; i < count; ++i) {
-      const bool stored =
-          visit_nodes(scan, name, *parent, keys[i], [&](u32 found, const Node& node) {
-            return !attribute_matches(scan, tag, node) || visit(found);
-          });
-      if (!stored) return false;
-    }
+// Whether the tag is the node's element. `compared` bytes of it have to be the same where the node
+// spells it as the tag does: up to the attribute's value, or with it.
+inline bool is_element(Scan& scan, const AttributeTag& tag, const TagName& name, const Node& node,
+                       u32 compared) {
+  if (name.row != kNone || node.textLength != compared || (node.flags & (kImpossible | kEachValue)) != 0 ||
+      !equal_text(tag.text, node.text, compared)) {
+    return means_the_same(scan, tag, name, node);
   }
   return true;
+}
+
+// Appends the nodes with this key below `parent` that the tag matches.
+inline u32* append_matches(Scan& scan, const AttributeTag& tag, const TagName& name, u32 parent,
+                           u32 key, u32 compared, u32* out) {
+  u32 found = scan.plan.buckets[bucket_of(key, scan.plan.bucketMask)];
+  for (; found != kNone; found = scan.plan.nodes[found].nextInBucket) {
+    const Node& node = scan.plan.nodes[found];
+    if (node.key != key || node.parent != parent) continue;
+    if (is_element(scan, tag, name, node, compared)) *out++ = found;
+  }
+  return out;
+}
+
+// The nodes that a tag with one attribute matches: its value and its name alone are looked up by
+// keys of their own.
+[[gnu::noinline]] u32* find_by_attribute(Scan& scan, const AttributeTag& tag) {
+  const TagName name = read_name(scan, tag.text, tag.nameLength);
+  const u32* parent = scan.alive.begin() + innermost(scan).aliveBegin;
+  const u32* parentsEnd = scan.alive.begin() + scan.aliveTop;
+  u32* out = scan.alive.begin() + scan.aliveTop;
+  for (; parent != parentsEnd; ++parent) {
+    const u32 children = scan.plan.nodes[*parent].flags;
+    if ((children & kValuedChildren) != 0) {
+      const u32 key = valued_key(element_key(*parent, name.hash, kValuedKey),
+                                 hash_readable(tag.attribute(), tag.attributeLength()),
+                                 hash_readable(tag.value(), tag.valueLength()));
+      out = append_matches(scan, tag, name, *parent, key, tag.valueEnd + 1, out);
+    }
+    if ((children & kNamedChildren) != 0) {
+      const u32 key = element_key(*parent, name.hash, kNamedKey);
+      out = append_matches(scan, tag, name, *parent, key, tag.attributeEnd, out);
+    }
+  }
+  return out;
 }
 
 // Gives the tag's attribute to the targets of `node` that ask for it.
@@ -415,35 +400,15 @@ struct LeafText {
   u32 length;
 };
 
-// "<name>text</name>": nothing has to be opened.
-[[gnu::noinline]] bool take_leaf(Scan& scan, const char* text, u32 length, LeafText leaf) {
-  return match_plain(scan, text, length, innermost_nodes(scan),
-                     [&](u32 node) { return on_leaf(scan, node, leaf.begin, leaf.length); });
-}
-
-[[gnu::noinline]] bool take_attribute_leaf(Scan& scan, const AttributeTag& tag, LeafText leaf) {
-  return match_attribute_tag(scan, tag, innermost_nodes(scan), [&](u32 node) {
-    return store_attribute(scan, tag, node) && on_leaf(scan, node, leaf.begin, leaf.length);
-  });
-}
-
-// "<name>": an element with others in it, or without text. It is open already; `parents` are the
-// nodes of its parent.
-[[gnu::noinline]] bool open_plain(Scan& scan, const char* text, u32 length, AliveNodes parents) {
-  return match_plain(scan, text, length, parents, [&](u32 node) { return add_alive(scan, node); });
-}
-
-[[gnu::noinline]] bool open_attribute_tag(Scan& scan, const AttributeTag& tag, AliveNodes parents) {
-  return match_attribute_tag(scan, tag, parents, [&](u32 node) {
-    return add_alive(scan, node) && store_attribute(scan, tag, node);
-  });
-}
-
-// Opens an element; the nodes of its parent.
-inline AliveNodes push_usual(Scan& scan, u32 offset, u32 length) {
-  const AliveNodes parents = innermost_nodes(scan);
+// Opens an element whose nodes stand behind the last ones alive, up to `end`; false when memory is
+// short.
+inline bool open_usual(Scan& scan, u32 offset, u32 length, const u32* end) {
+  u32 nodes = static_cast<u32>(end - scan.alive.begin()) - scan.aliveTop;
   scan.open[scan.depth++] = {offset, length, scan.aliveTop, scan.generation, scan.standing};
-  return parents;
+  for (; nodes != 0; --nodes) {
+    if (!add_alive(scan, scan.alive[scan.aliveTop])) return false;
+  }
+  return true;
 }
 
 // Whether "text</name>" stands behind the start tag that ends at `end`; false too for a text that
@@ -479,34 +444,42 @@ constexpr u32 kLeafMarks = 4;
 constexpr u32 kTagMarks = 2;
 
 inline i32 take_plain_tag(Scan& scan, Cursor& cursor, const char* name, u32 length) {
-  const bool mayMatch = (innermost(scan).flags & kPlainBelow) != 0;
   LeafText leaf;
-  if (find_leaf(scan, cursor, name, length, leaf)) {
-    ++scan.serial;
-    scan.metText = true;
-    return finish_tag(scan, cursor, kLeafMarks, !mayMatch || take_leaf(scan, name, length, leaf));
-  }
-  if (scan.depth == scan.open.capacity) return kUnusual;
+  const bool isLeaf = find_leaf(scan, cursor, name, length, leaf);
+  if (!isLeaf && scan.depth == scan.open.capacity) return kUnusual;
   ++scan.serial;
-  const AliveNodes parents = push_usual(scan, cursor.mark[0] + 1, length);
-  return finish_tag(scan, cursor, kTagMarks, !mayMatch || open_plain(scan, name, length, parents));
+  const u32* nodes = scan.alive.begin() + scan.aliveTop;
+  const u32* end = nodes;
+  if ((innermost(scan).flags & kPlainBelow) != 0) end = find_plain(scan, name, length);
+  if (!isLeaf) {
+    return finish_tag(scan, cursor, kTagMarks, open_usual(scan, cursor.mark[0] + 1, length, end));
+  }
+  scan.metText = true;
+  bool stored = true;
+  for (; nodes != end && stored; ++nodes) stored = on_leaf(scan, *nodes, leaf.begin, leaf.length);
+  return finish_tag(scan, cursor, kLeafMarks, stored);
 }
 
 inline i32 take_attribute_tag(Scan& scan, Cursor& cursor, AttributeTag& tag) {
   const bool mayMatch = (innermost(scan).flags & kAttributesBelow) != 0;
-  if (mayMatch && !is_plain_attribute(tag)) return kUnusual;
-  tag.offset = cursor.mark[0] + 1;
   LeafText leaf;
-  if (find_leaf(scan, cursor, tag.text, tag.nameLength, leaf)) {
-    ++scan.serial;
-    scan.metText = scan.metAttributes = true;
-    return finish_tag(scan, cursor, kLeafMarks, !mayMatch || take_attribute_leaf(scan, tag, leaf));
+  const bool isLeaf = find_leaf(scan, cursor, tag.text, tag.nameLength, leaf);
+  if ((mayMatch && !is_plain_attribute(tag)) || (!isLeaf && scan.depth == scan.open.capacity)) {
+    return kUnusual;
   }
-  if (scan.depth == scan.open.capacity) return kUnusual;
+  tag.offset = cursor.mark[0] + 1;
   ++scan.serial;
   scan.metAttributes = true;
-  const AliveNodes parents = push_usual(scan, tag.offset, tag.nameLength);
-  return finish_tag(scan, cursor, kTagMarks, !mayMatch || open_attribute_tag(scan, tag, parents));
+  const u32* nodes = scan.alive.begin() + scan.aliveTop;
+  const u32* end = nodes;
+  if (mayMatch) end = find_by_attribute(scan, tag);
+  bool stored = isLeaf || open_usual(scan, tag.offset, tag.nameLength, end);
+  for (; nodes != end && stored; ++nodes) {
+    stored = store_attribute(scan, tag, *nodes) &&
+             (!isLeaf || on_leaf(scan, *nodes, leaf.begin, leaf.length));
+  }
+  if (isLeaf) scan.metText = true;
+  return finish_tag(scan, cursor, isLeaf ? kLeafMarks : kTagMarks, stored);
 }
 
 inline i32 take_start_tag(Scan& scan, Cursor& cursor) {
