@@ -1,74 +1,115 @@
 // SPDX-FileCopyrightText: 2026 The pxcl developers
 // SPDX-License-Identifier: Apache-2.0
 
-// An element with at most one attribute, read by masks alone: what nearly every tag and every
-// requested element is. Everything else goes the general way.
+// A requested element with at most one attribute, as nearly all are: read by masks, or byte by byte
+// when the library is compiled. Every other element goes the general way.
 
 #pragma once
 
 #include "xml/marks.hpp"
+#include "xml/plan.hpp"
 
 namespace pxcl::xml {
 
-// Offsets into the element's text. An element without attribute has no more than a name; one whose
-// attribute has no value has valueBegin 0.
+// Offsets into the path.
 struct SimpleElement {
-  u32 nameLength;
-  u32 colon;  // of the name's first ":"; kNoColon without one
-  u32 attributeBegin;
-  u32 attributeEnd;
-  u32 valueBegin;  // behind the opening quote
-  u32 valueEnd;    // at the closing quote
-  u32 valueLocal;  // behind the value's first ":", or its beginning
+  u32 begin;
+  u32 end;
+  u32 nameEnd;
+  u32 localBegin;    // behind the name's first ":", or its beginning
+  u32 attributeEnd;  // 0: there is none
+  u32 valueBegin;    // behind the opening quote; 0: the attribute has no value
+  u32 valueEnd;      // at the closing quote
+  u32 valueLocal;    // behind the value's first ":", or its beginning
 
-  bool has_attribute() const { return attributeEnd != 0; }
-  bool has_value() const { return valueBegin != 0; }
+  constexpr bool has_attribute() const { return attributeEnd != 0; }
+  constexpr bool has_value() const { return valueBegin != 0; }
+  constexpr u32 attributeBegin() const { return nameEnd + 1; }
 };
 
-inline constexpr u32 kNoColon = ~u32{0};
-
-inline u32 first_mark(u64 marks) {
-  return marks == 0 ? kNoColon : lowest(marks);
+// The first byte of text[from, end) that `lane` marks, a byte for which `is` holds; `end` without
+// one.
+template <typename Lane, typename Is>
+constexpr u32 find_marked(std::string_view text, u32 from, u32 end, Lane lane, Is is) {
+  if (std::is_constant_evaluated()) {
+    while (from < end && !is(text[from])) ++from;
+    return from;
+  }
+  for (u32 at = from; at < end; at += kLane) {
+    u32 marks;
+    if (text.size() - at >= kLane) {
+      marks = lane(text.data() + at);
+    } else {
+      const LanePlace place(text, at);
+      marks = lane(place.bytes) >> place.dropped;
+    }
+    if (marks == 0) continue;
+    const u32 found = at + lowest(marks);
+    return found < end ? found : end;
+  }
+  return end;
 }
 
-// Reads the single attribute behind the name; false when it is not as simple as `name="value"` or
-// `name`: more attributes, white space where it counts, a prefix, quotes or "/" in its name.
-inline bool read_simple_attribute(const TextMarks& marks, u32 length, SimpleElement& element) {
-  const u32 begin = element.nameLength + 1;
-  const u64 behind = ~bits_below(begin);
-  element.attributeBegin = begin;
-  element.attributeEnd = length;
-  if (marks.equals == 0) {
-    return begin < length &&
-           ((marks.blank | marks.slash | marks.colon | marks.quote) & behind) == 0;
-  }
-  const u32 equals = lowest(marks.equals);
-  const u64 rest = marks.quote & (marks.quote - 1);
-  if (rest == 0 || equals <= begin) return false;
-  const u32 open = lowest(marks.quote);
-  const u32 close = lowest(rest);
-  const u64 inName = behind & bits_below(equals);
-  if (open != equals + 1 || close + 1 != length ||
-      ((marks.blank | marks.slash | marks.colon) & inName) != 0) {
-    return false;
-  }
-  element.attributeEnd = equals;
-  element.valueBegin = open + 1;
+// The bytes up to "/": what ends a name or a value is among them.
+constexpr u32 find_low(std::string_view text, u32 from) {
+  return find_marked(text, from, static_cast<u32>(text.size()), low_lane,
+                     [](char byte) { return static_cast<u8>(byte) <= '/'; });
+}
+
+constexpr u32 find_colon(std::string_view text, u32 from, u32 end) {
+  return find_marked(text, from, end, colon_lane, [](char byte) { return byte == ':'; });
+}
+
+constexpr bool is_plain_attribute_name(std::string_view text, u32 from, u32 end) {
+  return from != end && find_marked(text, from, end, attribute_lane,
+                                    [](char byte) { return byte == '=' || byte == ':'; }) == end;
+}
+
+// Where the local part of text[begin, end) begins.
+constexpr u32 find_local(std::string_view text, u32 begin, u32 end) {
+  const u32 colon = find_colon(text, begin, end);
+  return colon == end ? begin : colon + 1;
+}
+
+// Whether an element ends at `at`.
+constexpr bool is_element_end(std::string_view path, u32 at) {
+  return at == path.size() || path[at] == '/';
+}
+
+// Reads the value whose opening quote stands at `quote`.
+constexpr bool read_simple_value(std::string_view path, u32 quote, SimpleElement& element) {
+  const u32 size = static_cast<u32>(path.size());
+  u32 close = find_low(path, quote + 1);
+  while (close < size && path[close] != '"') close = find_low(path, close + 1);
+  if (close == size || close == quote + 1 || !is_element_end(path, close + 1)) return false;
+  if (is_space(path[quote + 1]) || is_space(path[close - 1])) return false;
+  element.end = close + 1;
+  element.valueBegin = quote + 1;
   element.valueEnd = close;
-  const u64 valueColon = marks.colon & ~bits_below(open);
-  element.valueLocal = valueColon == 0 ? open + 1 : lowest(valueColon) + 1;
-  const u64 valueEdges = u64{1} << (open + 1) | u64{1} << (close - 1);
-  return open + 1 != close && (marks.blank & valueEdges) == 0;
+  element.valueLocal = find_local(path, quote + 1, close);
+  return true;
 }
 
-// Reads the element whose text has these marks; false when it is not simple.
-inline bool read_simple_element(const TextMarks& marks, u32 length, SimpleElement& element) {
+// Reads the element of `path` from `begin` on; false when it is not as simple as `name`, `name
+// attribute` or `name attribute="value"`.
+constexpr bool read_simple_element(std::string_view path, u32 begin, SimpleElement& element) {
   element = {};
-  element.nameLength = marks.blank == 0 ? length : lowest(marks.blank);
-  const u64 inName = bits_below(element.nameLength);
-  element.colon = first_mark(marks.colon & inName);
-  if (element.nameLength == 0 || ((marks.quote | marks.slash) & inName) != 0) return false;
-  return element.nameLength == length || read_simple_attribute(marks, length, element);
+  element.begin = begin;
+  element.nameEnd = element.end = find_low(path, begin);
+  if (element.nameEnd == begin) return false;
+  element.localBegin = find_local(path, begin, element.nameEnd);
+  if (is_element_end(path, element.end)) return true;
+  const u32 attribute = element.attributeBegin();
+  if (path[element.nameEnd] != ' ') return false;
+  const u32 stop = find_low(path, attribute);
+  if (is_element_end(path, stop)) {
+    element.end = element.attributeEnd = stop;
+    return is_plain_attribute_name(path, attribute, stop);
+  }
+  if (path[stop] != '"' || path[stop - 1] != '=') return false;
+  element.attributeEnd = stop - 1;
+  return is_plain_attribute_name(path, attribute, stop - 1) &&
+         read_simple_value(path, stop, element);
 }
 
 }  // namespace pxcl::xml

@@ -46,14 +46,19 @@ ElementExtent measure_element(std::string_view path, u32 begin) {
 }
 
 u32 common_length(std::string_view a, std::string_view b) {
-  const std::size_t most = a.size() < b.size() ? a.size() : b.size();
-  std::size_t i = 0;
-  for (; i + kLane <= most; i += kLane) {
-    const u32 same = same_lane(a.data() + i, b.data() + i);
-    if (same != first_bits(kLane)) return static_cast<u32>(i) + lowest(~same);
+  const u32 most = static_cast<u32>(a.size() < b.size() ? a.size() : b.size());
+  u32 at = 0;
+  while (at < most) {
+    if (at + kLane > most) {
+      if (most < kLane) break;
+      at = most - kLane;  // what is read twice is the same
+    }
+    const u32 same = same_lane(a.data() + at, b.data() + at);
+    if (same != first_bits(kLane)) return at + lowest(~same);
+    at += kLane;
   }
-  while (i < most && a[i] == b[i]) ++i;
-  return static_cast<u32>(i);
+  while (at < most && a[at] == b[at]) ++at;
+  return at;
 }
 
 // One element of a requested path, taken apart.
@@ -110,20 +115,6 @@ bool split_attributes(Index& index, RequestedElement& element) {
   return true;
 }
 
-// Appends the one attribute of a simple element; false when memory is short.
-bool take_attribute(Index& index, RequestedElement& element, const SimpleElement& simple) {
-  const std::string_view name =
-      slice(element.text, simple.attributeBegin, simple.attributeEnd - simple.attributeBegin);
-  if (!simple.has_value()) {
-    element.bareAttribute = name;
-    return push_attribute(index, element, name, {});
-  }
-  const std::string_view inner =
-      slice(element.text, simple.valueBegin, simple.valueEnd - simple.valueBegin);
-  key_by_value(element, name, from(inner, simple.valueLocal - simple.valueBegin));
-  return push_attribute(index, element, name, inner);
-}
-
 u32 find_node(const Index& index, const RequestedElement& element) {
   u32 found = index.buckets[bucket_of(element.key, index.bucketMask)];
   for (; found != kNone; found = index.nodes[found].nextInBucket) {
@@ -131,7 +122,7 @@ u32 find_node(const Index& index, const RequestedElement& element) {
     if (node.key == element.key && node.parent == element.parent &&
         ((node.flags & kEachValue) != 0) == element.eachValue &&
         node.textLength == element.text.size() &&
-        equal_bytes(node.text, element.text.data(), element.text.size())) {
+        equal_text(node.text, element.text.data(), element.text.size())) {
       break;
     }
   }
@@ -177,17 +168,15 @@ u32 insert_node(Index& index, const RequestedElement& element) {
   return created;
 }
 
-// The node of an element below its parent, made when it is new; kNone when memory is short.
-u32 step_down(Index& index, RequestedElement& element, const SimpleElement* simple) {
+// The node of an element that is not simple, made when it is new; kNone when memory is short.
+u32 step_down(Index& index, RequestedElement& element) {
   element.firstAttribute = index.attributes.size;
   element.impossible = element.nameLength == 0;
   element.nameHash =
       hash_bytes(element.text.data() + element.localBegin, element.nameLength - element.localBegin);
   element.key = element_key(element.parent, element.nameHash, kPlainKey);
   if (element.nameLength < element.text.size()) {
-    const bool stored = simple != nullptr ? take_attribute(index, element, *simple)
-                                          : split_attributes(index, element);
-    if (!stored) return kNone;
+    if (!split_attributes(index, element)) return kNone;
     if (element.childFlag == kPlainChildren && element.attributeCount != 0) {
       element.childFlag = kNamedChildren;
       element.key = element_key(element.parent, element.nameHash, kNamedKey);
@@ -200,50 +189,35 @@ u32 step_down(Index& index, RequestedElement& element, const SimpleElement* simp
   return found;
 }
 
-// The offset of the "/" that ends the element, if it is among the marks; kNone if not.
-u32 find_separator(const TextMarks& marks) {
-  for (u64 slash = marks.slash; slash != 0; slash &= slash - 1) {
-    const u32 at = lowest(slash);
-    const u64 quotes = marks.quote & bits_below(at);
-    if (quotes == 0 || std::popcount(quotes) % 2 == 0) return at;
+// The same for a simple element.
+u32 step_down(Index& index, std::string_view path, const SimpleElement& simple,
+              RequestedElement& element) {
+  const char* text = path.data();
+  element.nameHash = hash_bytes(text + simple.localBegin, simple.nameEnd - simple.localBegin);
+  element.firstAttribute = index.attributes.size;
+  element.key = element_key(element.parent, element.nameHash, kPlainKey);
+  const std::string_view attribute =
+      slice(path, simple.attributeBegin(), simple.attributeEnd - simple.attributeBegin());
+  if (simple.has_value()) {
+    element.childFlag = kValuedChildren;
+    element.key =
+        valued_key(element_key(element.parent, element.nameHash, kValuedKey),
+                   hash_bytes(attribute.data(), static_cast<u32>(attribute.size())),
+                   hash_bytes(text + simple.valueLocal, simple.valueEnd - simple.valueLocal));
+  } else if (simple.has_attribute()) {
+    element.childFlag = kNamedChildren;
+    element.key = element_key(element.parent, element.nameHash, kNamedKey);
+    if (!element.eachValue) element.bareAttribute = attribute;
   }
-  return kNone;
-}
-
-// Reads an element without attributes; false for any other.
-bool read_plain(std::string_view path, u32 begin, ElementExtent& extent) {
-  const u32 size = static_cast<u32>(path.size());
-  extent.colon = kNone;
-  u32 stop = kNone;
-  for (u32 at = begin; at < size && stop == kNone; at += kLane) {
-    const NameMarks marks = name_marks(path, at);
-    const u32 inside = first_bits(size - at);
-    if ((marks.stop & inside) != 0) stop = at + lowest(marks.stop);
-    if (extent.colon == kNone && (marks.colon & inside) != 0)
-      extent.colon = at + lowest(marks.colon);
+  const u32 found = find_node(index, element);
+  if (found != kNone) return found;
+  if (simple.has_attribute()) {
+    const std::string_view value =
+        simple.has_value() ? slice(path, simple.valueBegin, simple.valueEnd - simple.valueBegin)
+                           : std::string_view();
+    if (!push_attribute(index, element, attribute, value)) return kNone;
   }
-  if (stop != kNone && path[stop] != '/') return false;
-  extent.end = extent.nameEnd = stop == kNone ? size : stop;
-  if (extent.colon >= extent.end) extent.colon = kNone;
-  return true;
-}
-
-// Reads the element of `path` from `begin` on by masks; false when it is long or not simple.
-bool read_simple(std::string_view path, u32 begin, ElementExtent& extent, SimpleElement& simple) {
-  const u64 rest = path.size() - begin;
-  TextMarks marks = text_marks(path, begin, rest < kBlock ? rest : kBlock);
-  u32 length = find_separator(marks);
-  if (length == kNone) {
-    if (rest > kBlock) return false;
-    length = static_cast<u32>(rest);
-  }
-  marks.keep(bits_below(length));
-  if (!read_simple_element(marks, length, simple)) return false;
-  if (simple.nameLength != length && !is_space(path[begin + simple.nameLength])) return false;
-  extent.end = begin + length;
-  extent.nameEnd = begin + simple.nameLength;
-  extent.colon = simple.colon == kNoColon ? kNone : begin + simple.colon;
-  return true;
+  return insert_node(index, element);
 }
 
 void append_to_list(Index& index, u32& head, u32 target) {
@@ -289,31 +263,39 @@ void remember_element(Index& index, Descent& descent) {
   ++descent.depth;
 }
 
+// The element of `path` from `begin` on, below `parent`; its extent's end goes to `end`.
+u32 step_along(Index& index, std::string_view path, RequestedElement& element, u32 begin, bool each,
+               u32& end) {
+  SimpleElement simple;
+  const bool isSimple = read_simple_element(path, begin, simple);
+  const ElementExtent extent =
+      isSimple ? ElementExtent{simple.end, simple.nameEnd, kNone} : measure_element(path, begin);
+  end = extent.end;
+  element.text = slice(path, begin, end - begin);
+  element.nameLength = extent.nameEnd - begin;
+  element.eachValue = each && end == path.size();
+  if (isSimple) {
+    element.localBegin = simple.localBegin - begin;
+    return step_down(index, path, simple, element);
+  }
+  element.localBegin = extent.colon == kNone ? 0 : extent.colon - begin + 1;
+  return step_down(index, element);
+}
+
 // Hangs the target under the node of its last element, making nodes on the way. An attribute
 // without value there makes it a request for that attribute.
 bool add_path(Index& index, std::string_view path, u32 number, bool kindKnown) {
   Descent descent = shared_beginning(index, path);
   index.previous = path;
   index.previousDepth = descent.depth;
+  const bool each = index.targets[number].collect == Collect::kEach;
   while (descent.position < path.size()) {
-    const u32 begin = descent.position;
-    ElementExtent extent;
-    SimpleElement simple = {};
-    bool isSimple = false;
-    if (!read_plain(path, begin, extent)) {
-      isSimple = read_simple(path, begin, extent, simple);
-      if (!isSimple) extent = measure_element(path, begin);
-    }
     RequestedElement element = {};
-    element.text = slice(path, begin, extent.end - begin);
-    element.nameLength = extent.nameEnd - begin;
-    element.localBegin = extent.colon == kNone ? 0 : extent.colon - begin + 1;
     element.parent = descent.node;
-    element.eachValue =
-        extent.end == path.size() && index.targets[number].collect == Collect::kEach;
-    descent.node = step_down(index, element, isSimple ? &simple : nullptr);
+    u32 end = 0;
+    descent.node = step_along(index, path, element, descent.position, each, end);
     if (descent.node == kNone) return false;
-    if (extent.end == path.size()) {
+    if (end == path.size()) {
       Target& target = index.targets[number];
       if (!kindKnown && !element.bareAttribute.empty()) {
         target.isAttribute = true;
@@ -323,7 +305,7 @@ bool add_path(Index& index, std::string_view path, u32 number, bool kindKnown) {
       attach(index, descent.node, number, false);
       return true;
     }
-    descent.position = extent.end + 1;
+    descent.position = end + 1;
     remember_element(index, descent);
   }
   attach(index, descent.node, number, true);

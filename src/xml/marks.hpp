@@ -29,23 +29,8 @@ struct NameMarks {
   u32 stop;
 };
 
-// The colons of a plain name, and the bytes up to "/", which a usual name does not hold.
-struct PlainMarks {
-  u32 colon;
-  u32 low;
-};
-
 // low_lane: the bytes up to "/". value_lane: what a usual value does not hold, double quotes, colons
 // and NUL bytes. attribute_lane: what a usual attribute's name does not hold, "=" and colons.
-
-// Where the bytes stand that tell a name from its attributes.
-struct LaneMarks {
-  u32 colon;
-  u32 blank;  // any byte up to the blank
-  u32 quote;
-  u32 slash;
-  u32 equals;
-};
 
 #if defined(__SSE2__)
 
@@ -71,15 +56,13 @@ inline NameMarks name_lane(const char* bytes) {
   return {lane_bits(lane_equal(lane, ':')), lane_bits(_mm_or_si128(blank, quoteOrSlash))};
 }
 
-inline PlainMarks plain_lane(const char* bytes) {
-  const __m128i lane = load_lane(bytes);
-  const __m128i low = _mm_cmpeq_epi8(_mm_min_epu8(lane, _mm_set1_epi8('/')), lane);
-  return {lane_bits(lane_equal(lane, ':')), lane_bits(low)};
-}
-
 inline u32 low_lane(const char* bytes) {
   const __m128i lane = load_lane(bytes);
   return lane_bits(_mm_cmpeq_epi8(_mm_min_epu8(lane, _mm_set1_epi8('/')), lane));
+}
+
+inline u32 colon_lane(const char* bytes) {
+  return lane_bits(lane_equal(load_lane(bytes), ':'));
 }
 
 inline u32 value_lane(const char* bytes) {
@@ -91,13 +74,6 @@ inline u32 value_lane(const char* bytes) {
 inline u32 attribute_lane(const char* bytes) {
   const __m128i lane = load_lane(bytes);
   return lane_bits(_mm_or_si128(lane_equal(lane, '='), lane_equal(lane, ':')));
-}
-
-inline LaneMarks mark_lane(const char* bytes) {
-  const __m128i lane = load_lane(bytes);
-  const __m128i blank = _mm_cmpeq_epi8(_mm_min_epu8(lane, _mm_set1_epi8(' ')), lane);
-  return {lane_bits(lane_equal(lane, ':')), lane_bits(blank), lane_bits(lane_equal(lane, '"')),
-          lane_bits(lane_equal(lane, '/')), lane_bits(lane_equal(lane, '='))};
 }
 
 inline u32 same_lane(const char* a, const char* b) {
@@ -130,13 +106,12 @@ inline NameMarks name_lane(const char* bytes) {
   return {lane_bits(lane_equal(lane, ':')), lane_bits(vorrq_u8(blank, quoteOrSlash))};
 }
 
-inline PlainMarks plain_lane(const char* bytes) {
-  const uint8x16_t lane = load_lane(bytes);
-  return {lane_bits(lane_equal(lane, ':')), lane_bits(vcleq_u8(lane, vdupq_n_u8('/')))};
-}
-
 inline u32 low_lane(const char* bytes) {
   return lane_bits(vcleq_u8(load_lane(bytes), vdupq_n_u8('/')));
+}
+
+inline u32 colon_lane(const char* bytes) {
+  return lane_bits(lane_equal(load_lane(bytes), ':'));
 }
 
 inline u32 value_lane(const char* bytes) {
@@ -148,13 +123,6 @@ inline u32 value_lane(const char* bytes) {
 inline u32 attribute_lane(const char* bytes) {
   const uint8x16_t lane = load_lane(bytes);
   return lane_bits(vorrq_u8(lane_equal(lane, '='), lane_equal(lane, ':')));
-}
-
-inline LaneMarks mark_lane(const char* bytes) {
-  const uint8x16_t lane = load_lane(bytes);
-  return {lane_bits(lane_equal(lane, ':')), lane_bits(vcleq_u8(lane, vdupq_n_u8(' '))),
-          lane_bits(lane_equal(lane, '"')), lane_bits(lane_equal(lane, '/')),
-          lane_bits(lane_equal(lane, '='))};
 }
 
 inline u32 same_lane(const char* a, const char* b) {
@@ -181,13 +149,12 @@ inline NameMarks name_lane(const char* bytes) {
   return {lane_bits([&](u32 i) { return bytes[i] == ':'; }), lane_bits(stops)};
 }
 
-inline PlainMarks plain_lane(const char* bytes) {
-  return {lane_bits([&](u32 i) { return bytes[i] == ':'; }),
-          lane_bits([&](u32 i) { return static_cast<u8>(bytes[i]) <= '/'; })};
-}
-
 inline u32 low_lane(const char* bytes) {
   return lane_bits([&](u32 i) { return static_cast<u8>(bytes[i]) <= '/'; });
+}
+
+inline u32 colon_lane(const char* bytes) {
+  return lane_bits([&](u32 i) { return bytes[i] == ':'; });
 }
 
 inline u32 value_lane(const char* bytes) {
@@ -196,12 +163,6 @@ inline u32 value_lane(const char* bytes) {
 
 inline u32 attribute_lane(const char* bytes) {
   return lane_bits([&](u32 i) { return bytes[i] == '=' || bytes[i] == ':'; });
-}
-
-inline LaneMarks mark_lane(const char* bytes) {
-  const auto mark = [&](char byte) { return lane_bits([&](u32 i) { return bytes[i] == byte; }); };
-  return {mark(':'), lane_bits([&](u32 i) { return static_cast<u8>(bytes[i]) <= ' '; }), mark('"'),
-          mark('/'), mark('=')};
 }
 
 inline u32 same_lane(const char* a, const char* b) {
@@ -260,49 +221,6 @@ inline NameMarks name_marks(std::string_view text, u64 position) {
   const LanePlace place(text, position);
   const NameMarks marks = name_lane(place.bytes);
   return {marks.colon >> place.dropped, marks.stop >> place.dropped};
-}
-
-// The marks of up to kBlock bytes of a text, one bit a byte.
-struct TextMarks {
-  u64 colon = 0;
-  u64 blank = 0;
-  u64 quote = 0;
-  u64 slash = 0;
-  u64 equals = 0;
-
-  void add(const LaneMarks& lane, u32 dropped, u32 at) {
-    colon |= u64{lane.colon >> dropped} << at;
-    blank |= u64{lane.blank >> dropped} << at;
-    quote |= u64{lane.quote >> dropped} << at;
-    slash |= u64{lane.slash >> dropped} << at;
-    equals |= u64{lane.equals >> dropped} << at;
-  }
-  void keep(u64 bits) {
-    colon &= bits;
-    blank &= bits;
-    quote &= bits;
-    slash &= bits;
-    equals &= bits;
-  }
-};
-
-inline constexpr u64 bits_below(u64 count) {
-  return count >= 64 ? ~u64{0} : (u64{1} << count) - 1;
-}
-
-// The marks of the `length` (1 to kBlock) bytes of `text` from `begin` on.
-inline TextMarks text_marks(std::string_view text, u64 begin, u64 length) {
-  TextMarks marks;
-  for (u32 at = 0; at < length; at += kLane) {
-    if (text.size() - begin - at >= kLane) {
-      marks.add(mark_lane(text.data() + begin + at), 0, at);
-    } else {
-      const LanePlace place(text, begin + at);
-      marks.add(mark_lane(place.bytes), place.dropped, at);
-    }
-  }
-  marks.keep(bits_below(length));
-  return marks;
 }
 
 inline u32 lowest(u32 marks) {

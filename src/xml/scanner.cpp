@@ -3,7 +3,6 @@
 
 #include "xml/scanner.hpp"
 
-#include "xml/element_text.hpp"
 #include "xml/marks.hpp"
 #include "xml/matching.hpp"
 #include "xml/scan.hpp"
@@ -189,17 +188,18 @@ struct TagName {
   u32 hash;
 };
 
-// The first colon of a name of up to 2 * kLane bytes.
+// The first colon of a name of up to 2 * kLane bytes; kNone without one.
 inline u32 plain_colon(const char* text, u32 length) {
-  const u64 colon = u64{plain_lane(text).colon} | u64{plain_lane(text + kLane).colon} << kLane;
-  return first_mark(colon & bits_up_to_lanes(length));
+  const u64 lanes = u64{colon_lane(text)} | u64{colon_lane(text + kLane)} << kLane;
+  const u64 colon = lanes & bits_up_to_lanes(length);
+  return colon == 0 ? kNone : lowest(colon);
 }
 
 // Works out the prefix and keeps it in mind when it stands as it is: most tags have the same few.
 [[gnu::noinline]] void find_prefix(Scan& scan, TagName& name) {
   const u32 colon = plain_colon(name.text, name.length);
-  name.localBegin = colon + 1;  // kNoColon + 1 is 0
-  name.row = colon == kNoColon ? kNone : find_other_row(scan, name.text, colon);
+  name.localBegin = colon + 1;  // kNone + 1 is 0
+  name.row = colon == kNone ? kNone : find_other_row(scan, name.text, colon);
   if (!kLittleEndian || colon >= 7 || name.row != kNone) return;
   scan.known[1] = scan.known[0];
   scan.known[0].mask = (u64{1} << 8 * (colon + 1)) - 1;
@@ -335,7 +335,8 @@ inline bool same_text(const char* text, u32 length, const char* other, u32 other
 // spells it as the tag does: up to the attribute's value, or with it.
 inline bool is_element(Scan& scan, const AttributeTag& tag, const TagName& name, const Node& node,
                        u32 compared) {
-  if (name.row != kNone || node.textLength != compared || (node.flags & (kImpossible | kEachValue)) != 0 ||
+  if (name.row != kNone || node.textLength != compared ||
+      (node.flags & (kImpossible | kEachValue)) != 0 ||
       !equal_text(tag.text, node.text, compared)) {
     return means_the_same(scan, tag, name, node);
   }
