@@ -15,6 +15,15 @@ i32 ask(std::string_view document, std::span<xml::Query> keys, u64* stopPosition
   return status == kOk ? kOk : kBadArgument;
 }
 
+i32 ask(std::string_view document, const xml::Plan& plan, std::span<xml::Query> keys,
+        u64* stopPosition) {
+  if (document.data() == nullptr || document.empty()) return kBadArgument;
+  u64 stop = 0;
+  const i32 status = xml::scan(document, plan, keys, &stop);
+  if (stopPosition != nullptr) *stopPosition = stop;
+  return status == kOk ? kOk : kBadArgument;
+}
+
 bool KeyList::allocate(u64 count) {
   if (count > ~u64{0} / sizeof(xml::Query)) return false;
   xml::Query* block = static_cast<xml::Query*>(KWVSNewPTRX(count * sizeof(xml::Query)));

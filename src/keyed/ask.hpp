@@ -15,6 +15,10 @@ namespace pxcl::keyed {
 // when the queries do, on success and failure alike.
 i32 ask(std::string_view document, std::span<xml::Query> keys, u64* stopPosition = nullptr);
 
+// The same for keys that `plan` was made of.
+i32 ask(std::string_view document, const xml::Plan& plan, std::span<xml::Query> keys,
+        u64* stopPosition = nullptr);
+
 // Keys whose number is known at run time only.
 class KeyList {
  public:

@@ -264,12 +264,6 @@ bool lists(const ItemSet& item, u32 wanted) {
 
 }  // namespace
 
-void set_check_keys(std::span<xml::Query, kCheckKeys> keys, u32 group) {
-  keys[0].path = path::kOperation;
-  for (u64 i = 0; i < kServiceCount; ++i) keys[i + 1].path = path::kResponse[i];
-  for (xml::Query& key : keys) key.group = group;
-}
-
 i32 check_operation_and_response(std::string_view document,
                                  std::span<const xml::Query, kCheckKeys> keys, u16 operation) {
   if (!is_found(keys[0])) return kWrongOperation;

@@ -47,16 +47,21 @@ constexpr HeadField kHead[kHeadKeys] = {
 
 constexpr std::size_t kAllKeys = kOperationKeys + kHeadKeys * path::kServices;
 
-// The heads of all four services: which of them answers is known only after the scan.
-void ask_for_heads(std::span<Query> keys) {
+// The operation, and the heads of all four services: which of them answers is known only after the
+// scan.
+constexpr auto kKeys = [] {
+  std::array<Key, kAllKeys> keys;
+  ask_for_operation(std::span(keys).first<kOperationKeys>(), 0);
   for (u16 service = 0; service < path::kServices; ++service) {
-    for (const HeadField& field : kHead) {
-      Query& key = keys[static_cast<std::size_t>(&field - kHead) + kHeadKeys * service];
-      key.path = field.paths[service];
+    for (std::size_t field = 0; field < kHeadKeys; ++field) {
+      Key& key = keys[kOperationKeys + kHeadKeys * service + field];
+      key.path = kHead[field].paths[service];
       key.group = 1u + service;
     }
   }
-}
+  return keys;
+}();
+constexpr auto kPlan = xml::fixed_plan<kKeys>();
 
 // The head of one service.
 struct Head {
@@ -114,10 +119,8 @@ void clear_record(ClssResponseCommon& record) {
 i32 parse_head(std::string_view document, u64& position, ClssResponseCommon& record) {
   Query keys[kAllKeys];
   const std::span all(keys);
-  ask_for_operation(all.first<kOperationKeys>(), 0);
-  ask_for_heads(all.subspan<kOperationKeys>());
   u64 stop = 0;
-  i32 status = keyed::ask(document, keys, &stop);
+  i32 status = keyed::ask(document, kPlan.plan(), keys, &stop);
   if (status != kOk) return status;
   status =
       read_operation(document, all.first<kOperationKeys>(), record.operation, record.serviceType);

@@ -11,6 +11,7 @@
 #include "keyed/values.hpp"
 #include "keyed/vocabulary.hpp"
 #include "responses.h"
+#include "xml/fixed_plan.hpp"
 
 namespace pxcl::responses {
 
@@ -18,6 +19,7 @@ using keyed::is_found;
 using keyed::is_present;
 using keyed::kUnknownIndex;
 using keyed::text_of;
+using xml::Key;
 using xml::Query;
 
 inline constexpr i32 kOk = 0;
@@ -60,7 +62,14 @@ inline std::span<const ClXmlValueRange> ranges_of(const Query& list) {
 // Operation and service blocks: the keys that come first in every request.
 inline constexpr std::size_t kOperationKeys = 1 + keyed::path::kServices;
 
-void ask_for_operation(std::span<Query, kOperationKeys> keys, u32 group);
+template <typename Key>
+constexpr void ask_for_operation(std::span<Key, kOperationKeys> keys, u32 group) {
+  keys[0].path = keyed::path::kOperation;
+  for (u16 service = 0; service < keyed::path::kServices; ++service) {
+    keys[1 + service].path = keyed::path::kParamSet[service];
+  }
+  for (Key& key : keys) key.group = group;
+}
 // Both results are kUnknownIndex until known.
 i32 read_operation(std::string_view document, std::span<const Query, kOperationKeys> keys,
                    u16& operation, u16& serviceType);

@@ -10,6 +10,9 @@ namespace {
 
 using Slot = char[9];
 
+constexpr std::array<Key, 1> kKeys = {{{keyed::path::kPrintJob.jobID, xml::Wanted::kAll}}};
+constexpr auto kPlan = xml::fixed_plan<kKeys>();
+
 constexpr u64 kQuotedJobID = 10;  // 8 characters and the two quotes of the attribute
 
 i32 fill_slots(std::string_view document, std::span<const ClXmlValueRange> jobs,
@@ -39,9 +42,7 @@ int32_t CLSS_ParseJobIDListResponse(const char* document, uint64_t length, char 
   if (length == 0 || document == nullptr || count == nullptr) return kBadArgument;
   const std::string_view reply(document, length);
   Query jobs[1];
-  jobs[0].path = keyed::path::kPrintJob.jobID;
-  jobs[0].wanted = xml::Wanted::kAll;
-  const i32 status = keyed::ask(reply, jobs);
+  const i32 status = keyed::ask(reply, kPlan.plan(), jobs);
   if (status != kOk) return status;
   const std::span<const ClXmlValueRange> ranges = ranges_of(jobs[0]);
   if (slots == nullptr || *count < 1) {

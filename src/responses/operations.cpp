@@ -80,15 +80,14 @@ static_assert(is_paired(glb_OperationInfoTbl) && is_paired(glb_IJOperationInfoTb
 
 constexpr Dictionary kOperations = {glb_clssdicOperationTbl, &CLSS_DICNUM_OPERATION};
 
-}  // namespace
+constexpr auto kKeys = [] {
+  std::array<Key, kOperationKeys> keys;
+  ask_for_operation(std::span(keys), 0);
+  return keys;
+}();
+constexpr auto kPlan = xml::fixed_plan<kKeys>();
 
-void ask_for_operation(std::span<Query, kOperationKeys> keys, u32 group) {
-  keys[0].path = keyed::path::kOperation;
-  for (u16 service = 0; service < keyed::path::kServices; ++service) {
-    keys[1 + service].path = keyed::path::kParamSet[service];
-  }
-  for (Query& key : keys) key.group = group;
-}
+}  // namespace
 
 i32 read_operation(std::string_view document, std::span<const Query, kOperationKeys> keys,
                    u16& operation, u16& serviceType) {
@@ -131,7 +130,6 @@ int32_t getOperation_ServiceType(const char* document, uint64_t length, uint16_t
   }
   const std::string_view reply(document, length);
   Query keys[kOperationKeys];
-  ask_for_operation(keys, 0);
-  const i32 status = keyed::ask(reply, keys);
+  const i32 status = keyed::ask(reply, kPlan.plan(), keys);
   return status == kOk ? read_operation(reply, keys, *operation, *serviceType) : status;
 }

@@ -209,13 +209,20 @@ constexpr std::size_t kDescriptionAt = 1;
 constexpr std::size_t kJobFieldsAt = 2;
 constexpr std::size_t kJobKeys = kJobFieldsAt + std::size(kJob);
 
-void ask_for_job(std::span<Query> keys, const path::JobPaths& paths, u32 group) {
+constexpr void ask_for_job(std::span<Key> keys, const path::JobPaths& paths, u32 group) {
   keys[kJobIDAt].path = paths.jobID;
   keys[kDescriptionAt].path = paths.description;
   for (std::size_t i = 0; i < std::size(kJob); ++i)
     keys[kJobFieldsAt + i].path = paths.*kJob[i].path;
-  for (Query& key : keys) key.group = group;
+  for (Key& key : keys) key.group = group;
 }
+
+constexpr auto kMaintenanceKeys = [] {
+  std::array<Key, kJobKeys> keys;
+  ask_for_job(keys, path::kMaintenanceJob, 0);
+  return keys;
+}();
+constexpr auto kMaintenancePlan = xml::fixed_plan<kMaintenanceKeys>();
 
 // The identifier inside its quotes, as far as the field holds it.
 void store_job_id(std::string_view quoted, char (&jobID)[9]) {
@@ -246,7 +253,6 @@ constexpr std::size_t kInksAt = kBinsAt + kBinKeys;
 constexpr std::size_t kItemsAt = kInksAt + 1;
 constexpr std::size_t kErrorCodesAt = kItemsAt + 1;
 constexpr std::size_t kPrintJobAt = kErrorCodesAt + 1;
-constexpr std::size_t kStatusKeys = kPrintJobAt;
 constexpr std::size_t kStatusAndJobKeys = kPrintJobAt + kJobKeys;
 
 enum Group : u32 {
@@ -259,7 +265,10 @@ enum Group : u32 {
   kJobGroup
 };
 
-void ask_for_status(std::span<Query> keys) {
+// The job's block is asked for every time: who does not want it takes no notice.
+constexpr auto kStatusKeys = [] {
+  std::array<Key, kStatusAndJobKeys> all;
+  const std::span<Key> keys(all);
   ask_for_operation(keys.first<kOperationKeys>(), kOperationGroup);
   for (std::size_t i = 0; i < kCommonKeys; ++i) {
     keys[kCommonAt + i].path = kCommon[i].path;
@@ -269,15 +278,18 @@ void ask_for_status(std::span<Query> keys) {
     keys[kBinsAt + 2 * bin].path = path::kBins[bin].paperType;
     keys[kBinsAt + 2 * bin + 1].path = path::kBins[bin].paperSize;
   }
-  for (Query& key : keys.subspan<kBinsAt, kBinKeys>()) key.group = kBinGroup;
+  for (Key& key : keys.subspan<kBinsAt, kBinKeys>()) key.group = kBinGroup;
   keys[kInksAt].path = path::kInk;
   keys[kInksAt].group = kInkGroup;
   keys[kItemsAt].path = path::kStatusItemID;
   keys[kItemsAt].group = kItemGroup;
   keys[kErrorCodesAt].path = path::kStatusErrorCode;
   keys[kErrorCodesAt].group = kCodeGroup;
-  for (Query& key : keys.subspan<kInksAt, 3>()) key.wanted = xml::Wanted::kAll;
-}
+  for (Key& key : keys.subspan<kInksAt, 3>()) key.wanted = xml::Wanted::kAll;
+  ask_for_job(keys.subspan<kPrintJobAt>(), path::kPrintJob, kJobGroup);
+  return all;
+}();
+constexpr auto kStatusPlan = xml::fixed_plan<kStatusKeys>();
 
 void clear_status(ClssStatus& record) {
   store_slot(record, 0, {kUnknownIndex, kUnknownIndex, kUnknownIndex});
@@ -298,21 +310,18 @@ i32 read_status(std::string_view document, std::span<const Query> keys, ClssStat
 
 i32 parse_print(std::string_view document, ClssStatus& record) {
   clear_status(record);
-  Query keys[kStatusKeys];
-  ask_for_status(keys);
-  const i32 status = keyed::ask(document, keys);
+  Query keys[kStatusAndJobKeys];
+  const i32 status = keyed::ask(document, kStatusPlan.plan(), keys);
   return status == kOk ? read_status(document, keys, record) : status;
 }
 
 i32 parse_print_job(std::string_view document, std::string_view jobID, ClssStatus& record) {
   clear_status(record);
   Query keys[kStatusAndJobKeys];
-  ask_for_status(keys);
-  const std::span job = std::span(keys).subspan<kPrintJobAt>();
-  ask_for_job(job, path::kPrintJob, kJobGroup);
-  i32 status = keyed::ask(document, keys);
+  i32 status = keyed::ask(document, kStatusPlan.plan(), keys);
   if (status == kOk) status = read_status(document, keys, record);
-  return status == kOk ? read_job(document, job, jobID, record) : status;
+  if (status != kOk) return status;
+  return read_job(document, std::span(keys).subspan<kPrintJobAt>(), jobID, record);
 }
 
 // --- What the wrappers hand out ------------------------------------------------------------------
@@ -369,8 +378,7 @@ int32_t CLSS_ParseStatusResponseMaintenance(const char* document, uint64_t lengt
   }
   const std::string_view reply(document, length);
   Query keys[kJobKeys];
-  ask_for_job(keys, path::kMaintenanceJob, 0);
-  const i32 status = keyed::ask(reply, keys);
+  const i32 status = keyed::ask(reply, kMaintenancePlan.plan(), keys);
   if (status != kOk) return status;
   return read_job(reply, keys, {jobID, std::strlen(jobID)}, *record);
 }

@@ -27,14 +27,9 @@ struct SimpleElement {
   constexpr u32 attributeBegin() const { return nameEnd + 1; }
 };
 
-// The first byte of text[from, end) that `lane` marks, a byte for which `is` holds; `end` without
-// one.
-template <typename Lane, typename Is>
-constexpr u32 find_marked(std::string_view text, u32 from, u32 end, Lane lane, Is is) {
-  if (std::is_constant_evaluated()) {
-    while (from < end && !is(text[from])) ++from;
-    return from;
-  }
+// The first byte of text[from, end) that `lane` marks; `end` without one.
+template <typename Lane>
+inline u32 find_by_lanes(std::string_view text, u32 from, u32 end, Lane lane) {
   for (u32 at = from; at < end; at += kLane) {
     u32 marks;
     if (text.size() - at >= kLane) {
@@ -48,6 +43,14 @@ constexpr u32 find_marked(std::string_view text, u32 from, u32 end, Lane lane, I
     return found < end ? found : end;
   }
   return end;
+}
+
+// The same, `is` telling the bytes that `lane` marks.
+template <typename Lane, typename Is>
+constexpr u32 find_marked(std::string_view text, u32 from, u32 end, Lane lane, Is is) {
+  if (!std::is_constant_evaluated()) return find_by_lanes(text, from, end, lane);
+  while (from < end && !is(text[from])) ++from;
+  return from;
 }
 
 // The bytes up to "/": what ends a name or a value is among them.

@@ -33,6 +33,7 @@ void give(const Scan& scan, u32 number, u32 offset, u32 length, i32 status) {
   const Finding& finding = scan.findings[number];
   const char* text = (finding.flags & kKeyInPath) != 0 ? scan.path.begin() : scan.document.data();
   const Query& query = scan.queries[number];
+  if (query.take == nullptr) return;
   query.take(query.reader, {{text + finding.keyBegin, finding.keyLength}, offset, length, status});
 }
 

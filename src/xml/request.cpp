@@ -259,18 +259,6 @@ i32 request_lists(ClXmlRequest* request, u32 flags) {
 
 // --- The library's own requests ------------------------------------------------------------------
 
-Collect collect_for(Wanted wanted) {
-  switch (wanted) {
-    case Wanted::kFirst:
-      return Collect::kFirst;
-    case Wanted::kAll:
-      return Collect::kRanges;
-    case Wanted::kEach:
-      return Collect::kEach;
-  }
-  return Collect::kFirst;
-}
-
 bool index_queries(Index& index, std::span<const Query> queries) {
   if (!start_index(index, queries.size())) return false;
   for (const Query& query : queries) {

@@ -9,6 +9,7 @@
 #include "clxml.h"
 #include "util/owned.hpp"
 #include "util/types.hpp"
+#include "xml/plan.hpp"
 
 namespace pxcl::xml {
 
@@ -36,6 +37,18 @@ struct EachText {
   i32 status;  // kFound, kEmptyElement or kEmptyTag
 };
 
+constexpr Collect collect_for(Wanted wanted) {
+  switch (wanted) {
+    case Wanted::kFirst:
+      return Collect::kFirst;
+    case Wanted::kAll:
+      return Collect::kRanges;
+    case Wanted::kEach:
+      return Collect::kEach;
+  }
+  return Collect::kFirst;
+}
+
 // One requested path.
 struct Key {
   std::string_view path = {};
@@ -48,7 +61,7 @@ struct Key {
 
 // One requested path and its answer.
 struct Query : Key {
-  // Wanted::kEach: takes the texts, in the order of the document.
+  // Wanted::kEach: takes the texts, in the order of the document; null: nobody wants them.
   void (*take)(void* reader, const EachText& text) = nullptr;
   void* reader = nullptr;
 
@@ -63,7 +76,6 @@ struct Query : Key {
 // that of ClXmlParse, and queries keep what was found before a failure.
 i32 scan(std::string_view document, u32 flags, std::span<Query> queries, u64* stopPosition);
 
-struct Plan;
 // The same for keys that a plan was made of beforehand: `queries` answer them in the plan's order,
 // and their own keys are not looked at.
 i32 scan(std::string_view document, const Plan& plan, std::span<Query> queries, u64* stopPosition);
