@@ -6,16 +6,14 @@
 #include <span>
 
 #include "device.h"
-#include "util/owned.hpp"
+#include "responses/printable.hpp"
 
 namespace {
 
 using pxcl::i16;
 using pxcl::i32;
-using pxcl::Owned;
 using pxcl::u16;
 using pxcl::u32;
-using pxcl::u64;
 
 constexpr i32 kOk = 0;
 constexpr i32 kBadArgument = -2;  // null or empty argument, or the reply does not list what is set
@@ -33,41 +31,6 @@ constexpr u16 kBorderlessOff = 1;
 constexpr u16 kBorderlessOn = 2;
 constexpr u16 kColor = 1;
 constexpr u16 kDuplexOff = 1;
-
-// ---- One entry of the printer's lists ----
-
-// A printer lists each size and type once: the first number is more than the dictionaries have. A
-// reply that repeats them takes a second scan, up to what the indexed calls reach.
-constexpr i32 kUsualEntries = 96;
-constexpr i32 kMostEntries = 65536;
-
-template <typename Entry>
-using ReadEntries = i32 (*)(const char* document, u64 length, Entry* entries, i32* count);
-
-// The first entry whose `field` is `wanted`. Those behind it may be as bad as they like; a bad one
-// in front of it ends the search. What the reader does not fill stays unset, so it matches nothing.
-template <typename Entry>
-bool find_entry(const char* document, u64 length, ReadEntries<Entry> read, u16 Entry::*field,
-                u16 wanted, Entry* found) {
-  Entry blank = {};
-  blank.version = kEntryVersion;
-  blank.*field = kUnset;
-  for (const i32 capacity : {kUsualEntries, kMostEntries}) {
-    const auto entries = Owned<Entry>::allocate(static_cast<u64>(capacity));
-    if (!entries) return false;
-    std::fill_n(entries.get(), capacity, blank);
-    i32 count = capacity;
-    const i32 status = read(document, length, entries.get(), &count);
-    const std::span<Entry> good(entries.get(), static_cast<std::size_t>(count));
-    const auto match = std::ranges::find(good, wanted, field);
-    if (match != good.end()) {
-      *found = *match;
-      return true;
-    }
-    if (status != kOk || count < capacity) return false;
-  }
-  return false;
-}
 
 // ---- Completion ----
 
@@ -200,14 +163,13 @@ int32_t CLSS_AutoMakeOtherPrintSettings(int16_t preferBordered, const char* docu
   if (document == nullptr || length == 0 || record == nullptr) return kBadArgument;
   if (record->version != kSettingsVersion) return kBadVersion;
   if (record->paperSize == kUnset || record->paperType == kUnset) return kBadArgument;
-  ClssMediaType media;
-  if (!find_entry(document, length, PXCL_ParseCapabilityResponsePrint_MediaTypes,
-                  &ClssMediaType::paperType, record->paperType, &media))
+  ClssMediaType media = {};
+  ClssPaperSize size = {};
+  media.version = size.version = kEntryVersion;
+  if (pxcl::responses::find_printable({document, length}, record->paperType, record->paperSize,
+                                      media, size) != kOk) {
     return kBadArgument;
-  ClssPaperSize size;
-  if (!find_entry(document, length, PXCL_ParseCapabilityResponsePrint_PaperSizes,
-                  &ClssPaperSize::paperSize, record->paperSize, &size))
-    return kBadArgument;
+  }
   record->borderless = choose_borderless(media, size, record->borderless, preferBordered != 0);
   record->colorMode = choose_color(media, record->colorMode);
   record->duplexPrint = choose_duplex(media, size, record->duplexPrint);

@@ -7,13 +7,6 @@
 
 namespace pxcl::responses {
 
-void ask_for_item(ItemKeys keys, const keyed::path::ItemPaths& paths, u32 group) {
-  for (u16 space = 0; space < kNameSpaceCount; ++space) {
-    keys[space].path = paths[space];
-    keys[space].group = group;
-  }
-}
-
 i32 read_item(std::string_view document, std::span<const Query, kNameSpaceCount> keys,
               const Dictionary& dictionary, Entries& entries) {
   ItemSet item = {};
@@ -25,16 +18,13 @@ i32 read_item(std::string_view document, std::span<const Query, kNameSpaceCount>
   return status;
 }
 
-bool KeywordTexts::ask_for(const KeywordElements& elements, std::span<Query> keys, u32 group) {
+bool KeywordTexts::attend(const KeywordElements& elements, std::span<Query> keys) {
   const u64 rowCount = *elements.dictionary.rowCount;
   elementCount_ = elements.paths.size();
   rows_ = Owned<First>::allocate(keys.size() * rowCount);
   if (!rows_) return false;
   for (u64 i = 0; i < keys.size(); ++i) {
     columns_[i] = {elements.dictionary, rows_.get() + i * rowCount};
-    keys[i].path = elements.paths[i % elementCount_][i / elementCount_];
-    keys[i].wanted = xml::Wanted::kEach;
-    keys[i].group = group + static_cast<u32>(i);
     keys[i].take = take;
     keys[i].reader = &columns_[i];
   }

@@ -6,6 +6,8 @@
 
 #pragma once
 
+#include <iterator>
+
 #include "keyed/items.hpp"
 #include "responses/fields.hpp"
 
@@ -21,8 +23,6 @@ struct Entries {
   std::span<const ItemEntry> all() const { return {block.get(), count}; }
 };
 
-using ItemKeys = std::span<Query, kNameSpaceCount>;
-
 // The keys that tell whether a reply is a good answer to "GetCapability" come first in every
 // request.
 using keyed::kCheckKeys;
@@ -31,7 +31,14 @@ inline i32 check_reply(std::string_view document, std::span<const Query, kCheckK
                                              keyed::kOperationGetCapabilityResponse);
 }
 
-void ask_for_item(ItemKeys keys, const keyed::path::ItemPaths& paths, u32 group);
+template <typename AnyKey>
+constexpr void ask_for_item(std::span<AnyKey, kNameSpaceCount> keys,
+                            const keyed::path::ItemPaths& paths, u32 group) {
+  for (u16 space = 0; space < kNameSpaceCount; ++space) {
+    keys[space].path = paths[space];
+    keys[space].group = group;
+  }
+}
 // kOk or kNoMemory.
 i32 read_item(std::string_view document, std::span<const Query, kNameSpaceCount> keys,
               const Dictionary& dictionary, Entries& entries);
@@ -47,6 +54,17 @@ inline constexpr std::size_t kMostElements = 6;
 // The texts of one keyword's elements; one without data is not found.
 using ElementTexts = std::string_view[kMostElements];
 
+// Sets `keys`, one for each element and namespace; their groups begin with `group`.
+template <typename AnyKey>
+constexpr void ask_for_elements(std::span<const keyed::path::ItemPaths> paths,
+                                std::span<AnyKey> keys, u32 group) {
+  for (u64 i = 0; i < keys.size(); ++i) {
+    keys[i].path = paths[i % paths.size()][i / paths.size()];
+    keys[i].wanted = xml::Wanted::kEach;
+    keys[i].group = group + static_cast<u32>(i);
+  }
+}
+
 // The elements of every keyword under every namespace, from one scan.
 class KeywordTexts {
  public:
@@ -54,9 +72,9 @@ class KeywordTexts {
   KeywordTexts(const KeywordTexts&) = delete;
   KeywordTexts& operator=(const KeywordTexts&) = delete;
 
-  // Makes `keys`, one for each element and namespace, ask for the texts; their groups begin with
-  // `group`. False when memory is short. To be called once.
-  bool ask_for(const KeywordElements& elements, std::span<Query> keys, u32 group);
+  // Makes the elements' keys, which ask_for_elements() has set, hand their texts to this. False when
+  // memory is short. To be called once.
+  bool attend(const KeywordElements& elements, std::span<Query> keys);
   void texts_of(std::string_view document, const ItemEntry& keyword, ElementTexts& texts) const;
 
  private:
@@ -79,10 +97,74 @@ class KeywordTexts {
   Owned<First> rows_;
 };
 
+// --- Paper sizes ---------------------------------------------------------------------------------
+
+inline constexpr keyed::path::ItemPaths kSizeElements[] = {
+    keyed::path::kPrintAreaBorder, keyed::path::kPrintAreaBorderless, keyed::path::kPrintAreaDuplex,
+    keyed::path::kMarginBorder,    keyed::path::kMarginBorderless,    keyed::path::kMarginDuplex,
+};
+inline constexpr u64 kSizeListKeys = kNameSpaceCount;
+inline constexpr u64 kSizeKeys = kSizeListKeys + std::size(kSizeElements) * kNameSpaceCount;
+
+// Takes as many groups as keys.
+template <typename AnyKey>
+constexpr void ask_for_sizes(std::span<AnyKey, kSizeKeys> keys, u32 group) {
+  ask_for_item(keys.template first<kNameSpaceCount>(), keyed::path::kPaperSizes, group);
+  ask_for_elements(kSizeElements, std::span<AnyKey>(keys.template subspan<kSizeListKeys>()),
+                   group + kSizeListKeys);
+}
+
+// What a reply says of all sizes.
+struct SizeReply {
+  Entries sizes;
+  KeywordTexts elements;
+
+  // Before the scan, for the elements.
+  bool attend(std::span<Query, kSizeKeys> keys);
+  // After it; kNothingListed when there is no size.
+  i32 read_list(std::string_view document, std::span<const Query, kSizeKeys> keys);
+  i32 decode(std::string_view document, const ItemEntry& size, ClssPaperSize& record) const;
+};
+
+// --- Media types ---------------------------------------------------------------------------------
+
+inline constexpr keyed::path::ItemPaths kTypeElements[] = {
+    keyed::path::kBorderlessPrint,
+    keyed::path::kPrintColorMode,
+    keyed::path::kDuplexPrint,
+};
+inline constexpr u64 kTypeListKeys = 2 * kNameSpaceCount;  // types and staple sides
+inline constexpr u64 kTypeKeys = kTypeListKeys + std::size(kTypeElements) * kNameSpaceCount;
+
+// Takes as many groups as keys.
+template <typename AnyKey>
+constexpr void ask_for_types(std::span<AnyKey, kTypeKeys> keys, u32 group) {
+  ask_for_item(keys.template first<kNameSpaceCount>(), keyed::path::kPaperTypes, group);
+  ask_for_item(keys.template subspan<kNameSpaceCount, kNameSpaceCount>(), keyed::path::kStapleSides,
+               group + 1);
+  ask_for_elements(kTypeElements, std::span<AnyKey>(keys.template subspan<kTypeListKeys>()),
+                   group + kTypeListKeys);
+}
+
+// What a reply says of all types.
+struct TypeReply {
+  Entries types;
+  Entries stapleSides;
+  KeywordTexts elements;
+
+  // As those of SizeReply.
+  bool attend(std::span<Query, kTypeKeys> keys);
+  i32 read_list(std::string_view document, std::span<const Query, kTypeKeys> keys);
+  i32 decode(std::string_view document, const ItemEntry& type, ClssMediaType& record) const;
+};
+
+// --- One entry or all ----------------------------------------------------------------------------
+
 // An index of an entry as callers hand it in: kCountQuery asks for the number of entries.
 inline constexpr i32 kCountQuery = -1;
+inline constexpr i32 kLastIndex = 65535;
 inline bool is_index(const i32* index) {
-  return index != nullptr && *index >= kCountQuery && *index <= 65535;
+  return index != nullptr && *index >= kCountQuery && *index <= kLastIndex;
 }
 
 // The number of entries, from the parser of one of them; `count` stays when the reply is refused.

@@ -22,51 +22,27 @@ constexpr u16 kUnsupported = 1;
 constexpr u16 kSupported = 2;
 constexpr std::size_t kMostKeywords = 4;  // of one element
 
-// The elements of a type, and the keywords that they list.
-constexpr path::ItemPaths kElements[] = {
-    path::kBorderlessPrint,
-    path::kPrintColorMode,
-    path::kDuplexPrint,
-};
+// The keywords that a type's elements list.
 constexpr Dictionary kElementDictionaries[] = {
     {glb_clssdicBorderlessTbl, &CLSS_DICNUM_BORDERLESS},
     {glb_clssdicColormodeTbl, &CLSS_DICNUM_COLORMODE},
     {glb_clssdicDuplexPrintTbl, &CLSS_DICNUM_DUPLEXPRINT},
 };
 enum Element : std::size_t { kBorderless, kColorModes, kDuplexModes, kElementCount };
-static_assert(std::size(kElements) == kElementCount);
+static_assert(std::size(kTypeElements) == kElementCount);
 static_assert(std::size(kElementDictionaries) == kElementCount);
 
 constexpr Dictionary kTypes = {glb_clssdicPaperTypeTbl, &CLSS_DICNUM_PAPERTYPE};
 constexpr Dictionary kStapleSides = {glb_clssdicStapleSideTbl, &CLSS_DICNUM_STAPLESIDE};
-constexpr KeywordElements kTypeElements = {kElements, kTypes};
 
-constexpr u64 kTypesAt = kCheckKeys;
-constexpr u64 kStapleSidesAt = kTypesAt + kNameSpaceCount;
-constexpr u64 kListKeys = kStapleSidesAt + kNameSpaceCount;
-constexpr u64 kElementKeys = std::size(kElements) * kNameSpaceCount;
-
-void ask_for_types(std::span<Query> keys) {
-  keyed::set_check_keys(keys.first<kCheckKeys>(), 0);
-  ask_for_item(keys.subspan<kTypesAt, kNameSpaceCount>(), path::kPaperTypes, 1);
-  ask_for_item(keys.subspan<kStapleSidesAt, kNameSpaceCount>(), path::kStapleSides, 2);
-}
-
-// What the reply says of all types.
-struct Lists {
-  Entries types;
-  Entries stapleSides;
-};
-
-i32 read_lists(std::string_view document, std::span<const Query> keys, Lists& lists) {
-  i32 status = check_reply(document, keys.first<kCheckKeys>());
-  if (status != kOk) return status;
-  status = read_item(document, keys.subspan<kTypesAt, kNameSpaceCount>(), kTypes, lists.types);
-  if (status != kOk) return status;
-  status = read_item(document, keys.subspan<kStapleSidesAt, kNameSpaceCount>(), kStapleSides,
-                     lists.stapleSides);
-  return status == kOk && lists.types.count == 0 ? kNothingListed : status;
-}
+constexpr auto kKeys = [] {
+  std::array<Key, kCheckKeys + kTypeKeys> keys;
+  const std::span all(keys);
+  keyed::set_check_keys(all.first<kCheckKeys>(), 0);
+  ask_for_types(all.subspan<kCheckKeys>(), 1);
+  return keys;
+}();
+constexpr auto kPlan = xml::fixed_plan<kKeys>();
 
 // The keywords of one element, the known ones first and ordered by code.
 struct Keywords {
@@ -143,53 +119,37 @@ i32 decode_type(const ItemEntry& type, const ElementTexts& texts, const Entries&
   return kOk;
 }
 
-// What a reply says of all types.
-struct Reply {
-  Lists lists;
-  KeywordTexts elements;
-};
-
 // Reads the lists and, where they are wanted, the types' elements: one scan.
-i32 read_reply(std::string_view document, bool withElements, Reply& reply) {
-  Query keys[kListKeys + kElementKeys];
-  const std::span<Query> elementKeys = std::span(keys).last<kElementKeys>();
-  ask_for_types(keys);
-  if (withElements && !reply.elements.ask_for(kTypeElements, elementKeys, kListKeys)) {
-    return kNoMemory;
-  }
-  const i32 status =
-      keyed::ask(document, std::span(keys).first(withElements ? std::size(keys) : kListKeys));
-  return status == kOk ? read_lists(document, keys, reply.lists) : status;
-}
-
-i32 decode_entry(std::string_view document, const Reply& reply, const ItemEntry& type,
-                 ClssMediaType& record) {
-  ElementTexts texts;
-  reply.elements.texts_of(document, type, texts);
-  return decode_type(type, texts, reply.lists.stapleSides, record);
+i32 read_reply(std::string_view document, bool withElements, TypeReply& reply) {
+  Query keys[std::size(kKeys)];
+  const std::span all(keys);
+  if (withElements && !reply.attend(all.subspan<kCheckKeys>())) return kNoMemory;
+  i32 status = keyed::ask(document, kPlan.plan(), keys);
+  if (status == kOk) status = check_reply(document, all.first<kCheckKeys>());
+  return status == kOk ? reply.read_list(document, all.subspan<kCheckKeys>()) : status;
 }
 
 i32 parse_type(std::string_view document, i32& index, ClssMediaType* record) {
-  Reply reply;
+  TypeReply reply;
   const i32 status = read_reply(document, index != kCountQuery && record != nullptr, reply);
   if (status != kOk) return status;
-  const Entries& types = reply.lists.types;
+  const Entries& types = reply.types;
   if (index == kCountQuery) {
     index = static_cast<i32>(types.count);
     return kOk;
   }
   if (record == nullptr || static_cast<u32>(index) >= types.count) return kBadArgument;
-  return decode_entry(document, reply, types.block[static_cast<u32>(index)], *record);
+  return reply.decode(document, types.block[static_cast<u32>(index)], *record);
 }
 
 i32 parse_all_types(std::string_view document, ClssMediaType* records, i32& count) {
-  Reply reply;
+  TypeReply reply;
   const i32 status = read_reply(document, true, reply);
   if (status == kNothingListed) count = 0;
   if (status != kOk) return status;
-  return fill_records(reply.lists.types.all(), records, count,
+  return fill_records(reply.types.all(), records, count,
                       [&](const ItemEntry& type, ClssMediaType& record) {
-                        return decode_entry(document, reply, type, record);
+                        return reply.decode(document, type, record);
                       });
 }
 
@@ -234,6 +194,26 @@ i32 parse_map(std::string_view document, u16 panelMedia, ClssMediaMap& map) {
 }
 
 }  // namespace
+
+bool TypeReply::attend(std::span<Query, kTypeKeys> keys) {
+  return elements.attend({kTypeElements, kTypes}, keys.subspan<kTypeListKeys>());
+}
+
+i32 TypeReply::read_list(std::string_view document, std::span<const Query, kTypeKeys> keys) {
+  i32 status = read_item(document, keys.first<kNameSpaceCount>(), kTypes, types);
+  if (status != kOk) return status;
+  status = read_item(document, keys.subspan<kNameSpaceCount, kNameSpaceCount>(), kStapleSides,
+                     stapleSides);
+  return status == kOk && types.count == 0 ? kNothingListed : status;
+}
+
+i32 TypeReply::decode(std::string_view document, const ItemEntry& type,
+                      ClssMediaType& record) const {
+  ElementTexts texts;
+  elements.texts_of(document, type, texts);
+  return decode_type(type, texts, stapleSides, record);
+}
+
 }  // namespace pxcl::responses
 
 using namespace pxcl;

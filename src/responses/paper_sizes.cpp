@@ -20,16 +20,10 @@ constexpr std::uint16_t glb_supportedPaperSizeTbl[] = {
 namespace pxcl::responses {
 namespace {
 
-namespace path = keyed::path;
-
 constexpr u16 kRecordVersion = 3;
 constexpr std::size_t kMostNumbers = 4;
 
-// The elements of a size, and the members that their numbers fill.
-constexpr path::ItemPaths kElements[] = {
-    path::kPrintAreaBorder, path::kPrintAreaBorderless, path::kPrintAreaDuplex,
-    path::kMarginBorder,    path::kMarginBorderless,    path::kMarginDuplex,
-};
+// The members that the numbers of a size's elements fill.
 struct Numbers {
   std::size_t offset;
   std::size_t count;
@@ -40,26 +34,19 @@ constexpr Numbers kNumbers[] = {
     PXCL_NUMBERS(printAreaBorder), PXCL_NUMBERS(printAreaBorderless), PXCL_NUMBERS(printAreaDuplex),
     PXCL_NUMBERS(marginBorder),    PXCL_NUMBERS(marginBorderless),    PXCL_NUMBERS(marginDuplex),
 };
-static_assert(std::size(kElements) == std::size(kNumbers));
-static_assert(std::size(kElements) <= kMostElements);
+static_assert(std::size(kSizeElements) == std::size(kNumbers));
+static_assert(std::size(kSizeElements) <= kMostElements);
 
 constexpr Dictionary kSizes = {glb_clssdicPaperSizeTbl, &CLSS_DICNUM_PAPERSIZE};
-constexpr KeywordElements kSizeElements = {kElements, kSizes};
 
-constexpr u64 kListKeys = kCheckKeys + kNameSpaceCount;
-constexpr u64 kElementKeys = std::size(kElements) * kNameSpaceCount;
-
-void ask_for_sizes(std::span<Query> keys) {
-  keyed::set_check_keys(keys.first<kCheckKeys>(), 0);
-  ask_for_item(keys.subspan<kCheckKeys, kNameSpaceCount>(), path::kPaperSizes, 1);
-}
-
-i32 read_sizes(std::string_view document, std::span<const Query> keys, Entries& sizes) {
-  i32 status = check_reply(document, keys.first<kCheckKeys>());
-  if (status != kOk) return status;
-  status = read_item(document, keys.subspan<kCheckKeys, kNameSpaceCount>(), kSizes, sizes);
-  return status == kOk && sizes.count == 0 ? kNothingListed : status;
-}
+constexpr auto kKeys = [] {
+  std::array<Key, kCheckKeys + kSizeKeys> keys;
+  const std::span all(keys);
+  keyed::set_check_keys(all.first<kCheckKeys>(), 0);
+  ask_for_sizes(all.subspan<kCheckKeys>(), 1);
+  return keys;
+}();
+constexpr auto kPlan = xml::fixed_plan<kKeys>();
 
 // The numbers of one element. An absent or empty one reads as zeros, so that a size without
 // borderless or duplex print stays usable.
@@ -98,34 +85,18 @@ i32 decode_size(const ItemEntry& size, const ElementTexts& texts, ClssPaperSize&
   return kOk;
 }
 
-// What a reply says of all sizes.
-struct Reply {
-  Entries sizes;
-  KeywordTexts elements;
-};
-
-// Reads the lists and, where they are wanted, the sizes' elements: one scan.
-i32 read_reply(std::string_view document, bool withElements, Reply& reply) {
-  Query keys[kListKeys + kElementKeys];
-  const std::span<Query> elementKeys = std::span(keys).last<kElementKeys>();
-  ask_for_sizes(keys);
-  if (withElements && !reply.elements.ask_for(kSizeElements, elementKeys, kListKeys)) {
-    return kNoMemory;
-  }
-  const i32 status =
-      keyed::ask(document, std::span(keys).first(withElements ? std::size(keys) : kListKeys));
-  return status == kOk ? read_sizes(document, keys, reply.sizes) : status;
-}
-
-i32 decode_entry(std::string_view document, const Reply& reply, const ItemEntry& size,
-                 ClssPaperSize& record) {
-  ElementTexts texts;
-  reply.elements.texts_of(document, size, texts);
-  return decode_size(size, texts, record);
+// Reads the list and, where they are wanted, the sizes' elements: one scan.
+i32 read_reply(std::string_view document, bool withElements, SizeReply& reply) {
+  Query keys[std::size(kKeys)];
+  const std::span all(keys);
+  if (withElements && !reply.attend(all.subspan<kCheckKeys>())) return kNoMemory;
+  i32 status = keyed::ask(document, kPlan.plan(), keys);
+  if (status == kOk) status = check_reply(document, all.first<kCheckKeys>());
+  return status == kOk ? reply.read_list(document, all.subspan<kCheckKeys>()) : status;
 }
 
 i32 parse_size(std::string_view document, i32& index, ClssPaperSize* record) {
-  Reply reply;
+  SizeReply reply;
   const i32 status = read_reply(document, index != kCountQuery && record != nullptr, reply);
   if (status != kOk) return status;
   const Entries& sizes = reply.sizes;
@@ -134,21 +105,38 @@ i32 parse_size(std::string_view document, i32& index, ClssPaperSize* record) {
     return kOk;
   }
   if (record == nullptr || static_cast<u32>(index) >= sizes.count) return kBadArgument;
-  return decode_entry(document, reply, sizes.block[static_cast<u32>(index)], *record);
+  return reply.decode(document, sizes.block[static_cast<u32>(index)], *record);
 }
 
 i32 parse_all_sizes(std::string_view document, ClssPaperSize* records, i32& count) {
-  Reply reply;
+  SizeReply reply;
   const i32 status = read_reply(document, true, reply);
   if (status == kNothingListed) count = 0;
   if (status != kOk) return status;
   return fill_records(reply.sizes.all(), records, count,
                       [&](const ItemEntry& size, ClssPaperSize& record) {
-                        return decode_entry(document, reply, size, record);
+                        return reply.decode(document, size, record);
                       });
 }
 
 }  // namespace
+
+bool SizeReply::attend(std::span<Query, kSizeKeys> keys) {
+  return elements.attend({kSizeElements, kSizes}, keys.subspan<kSizeListKeys>());
+}
+
+i32 SizeReply::read_list(std::string_view document, std::span<const Query, kSizeKeys> keys) {
+  const i32 status = read_item(document, keys.first<kNameSpaceCount>(), kSizes, sizes);
+  return status == kOk && sizes.count == 0 ? kNothingListed : status;
+}
+
+i32 SizeReply::decode(std::string_view document, const ItemEntry& size,
+                      ClssPaperSize& record) const {
+  ElementTexts texts;
+  elements.texts_of(document, size, texts);
+  return decode_size(size, texts, record);
+}
+
 }  // namespace pxcl::responses
 
 using namespace pxcl;

@@ -220,7 +220,8 @@ int compare_with_own_keys(const pxcl::responses::KeywordElements& elements,
                           const std::string& text) {
   std::vector<pxcl::xml::Query> keys(3 * elements.paths.size());
   pxcl::responses::KeywordTexts texts;
-  EXPECT_TRUE(texts.ask_for(elements, keys, 0));
+  pxcl::responses::ask_for_elements(elements.paths, std::span(keys), 0);
+  EXPECT_TRUE(texts.attend(elements, keys));
   const int status = pxcl::xml::scan(text, 0, keys, nullptr);
   std::vector<std::string> paths;
   const pxcl::u16 rows = *elements.dictionary.rowCount;
