@@ -323,6 +323,16 @@ inline bool same_text(const char* text, u32 length, const char* other, u32 other
   return length == otherLength && equal_bytes(text, other, length);
 }
 
+// note_key() for a value that holds no ":".
+inline void note_plain_key(Scan& scan, const Node& node, const AttributeTag& tag) {
+  for (u32 i = node.elementTargets; i != kNone; i = scan.plan.targets[i].next) {
+    Finding& finding = scan.findings[i];
+    finding.keyBegin = tag.offset + tag.valueBegin();
+    finding.keyLength = tag.valueLength();
+    finding.flags = static_cast<u8>(finding.flags & ~kKeyInPath);
+  }
+}
+
 // Whether the node's element, which is not written as the tag is, means the same.
 [[gnu::noinline]] bool means_the_same(Scan& scan, const AttributeTag& tag, const TagName& name,
                                       const Node& node) {
@@ -335,11 +345,11 @@ inline bool same_text(const char* text, u32 length, const char* other, u32 other
 // spells it as the tag does: up to the attribute's value, or with it.
 inline bool is_element(Scan& scan, const AttributeTag& tag, const TagName& name, const Node& node,
                        u32 compared) {
-  if (name.row != kNone || node.textLength != compared ||
-      (node.flags & (kImpossible | kEachValue)) != 0 ||
+  if (name.row != kNone || node.textLength != compared || (node.flags & kImpossible) != 0 ||
       !equal_text(tag.text, node.text, compared)) {
     return means_the_same(scan, tag, name, node);
   }
+  if ((node.flags & kEachValue) != 0) note_plain_key(scan, node, tag);
   return true;
 }
 
@@ -523,18 +533,128 @@ inline i32 take_usual(Scan& scan, Cursor& cursor) {
   return status;
 }
 
+// --- Below an element of which nothing is asked for ----------------------------------------------
+
+// What the loop below carries along; the scan learns of it when the loop ends.
+struct Unasked {
+  OpenElement* top;
+  u32 serial;
+  bool metText;
+  bool metAttributes;
+};
+
+inline bool starts_end_tag(const char* text) {
+  return text[0] == '<' && text[1] == '/';
+}
+
+// The length of a start tag's name when the tag is usual, 0 when it is not.
+inline u32 measure_unasked(const Scan& scan, const char* name, u32 begin, u32 length,
+                           Unasked& state) {
+  const u64 low = low_marks(name);
+  if (length <= 2 * kLane && (low & bits_up_to_lanes(length)) == 0) return length;
+  AttributeTag tag;
+  if (u64{begin} + kAttributeReach > scan.document.size() ||
+      !read_attribute(name, length, low, tag)) {
+    return 0;
+  }
+  state.metAttributes = true;
+  return tag.nameLength;
+}
+
+inline bool take_unasked_start(const Scan& scan, Cursor& cursor, Unasked& state) {
+  const char* text = cursor.text;
+  const u32 begin = cursor.mark[0] + 1;
+  const u32 end = cursor.mark[1];
+  const char* name = text + begin;
+  const u32 length = measure_unasked(scan, name, begin, end - begin, state);
+  if (length == 0) return false;
+  const u32 close = cursor.mark[2];
+  const u32 closeEnd = cursor.mark[3];
+  if (closeEnd - close == length + 2 &&
+      closeEnd<cursor.limit&& static_cast<u8>(text[end + 1])> ' ' && close != end + 1 &&
+      text[closeEnd] == '>' && starts_end_tag(text + close) &&
+      same_name(name, text + close + 2, length)) {
+    state.metText = true;
+    cursor.mark += kLeafMarks;
+    cursor.at = closeEnd + 1;
+  } else {
+    if (state.top + 1 == scan.open.begin() + scan.open.capacity) return false;
+    *++state.top = {begin, length, scan.aliveTop, scan.generation, 0};
+    cursor.mark += kTagMarks;
+    cursor.at = end + 1;
+  }
+  ++state.serial;
+  return true;
+}
+
+inline bool take_unasked_end(const Scan& scan, Cursor& cursor, Unasked& state) {
+  const u32 begin = cursor.mark[0] + 2;
+  const u32 end = cursor.mark[1];
+  const u32 length = end - begin;
+  if (state.top->length != length || length > 2 * kLane ||
+      state.top->generation != scan.generation ||
+      !same_name(cursor.text + state.top->offset, cursor.text + begin, length)) {
+    return false;
+  }
+  --state.top;
+  cursor.mark += kTagMarks;
+  cursor.at = end + 1;
+  return true;
+}
+
+// False: the tag is not usual.
+inline bool take_unasked_tag(const Scan& scan, Cursor& cursor, Unasked& state) {
+  const u32 begin = cursor.mark[0];
+  const u32 end = cursor.mark[1];
+  if (end >= cursor.limit || cursor.text[begin] != '<' || cursor.text[end] != '>') return false;
+  if (cursor.at != begin) {
+    while (cursor.at != begin && is_space(cursor.text[cursor.at])) ++cursor.at;
+    if (cursor.at != begin) state.metText = true;
+    cursor.at = begin;
+  }
+  const char kind = cursor.text[begin + 1];
+  if (kind == '/') return take_unasked_end(scan, cursor, state);
+  return is_letter(kind) && take_unasked_start(scan, cursor, state);
+}
+
+inline void look_ahead(Scan& scan, Cursor& cursor) {
+  if (cursor.mark < scan.refillAt) return;
+  scan.mark = cursor.mark;
+  refill(scan);
+  cursor.mark = scan.mark;
+}
+
+// Takes the innermost element to its end, or up to a tag that is not usual. Only the form of the
+// tags counts: what stands in there can match nothing.
+[[gnu::noinline]] i32 take_unasked(Scan& scan, Cursor& outer) {
+  Cursor cursor = outer;
+  const OpenElement* const element = &innermost(scan);
+  Unasked state = {&innermost(scan), 0, false, false};
+  bool isUsual = true;
+  while (isUsual && state.top >= element) {
+    look_ahead(scan, cursor);
+    isUsual = take_unasked_tag(scan, cursor, state);
+  }
+  outer = cursor;
+  scan.depth = static_cast<u32>(state.top - scan.open.begin()) + 1;
+  scan.serial += state.serial;
+  scan.metText |= state.metText;
+  scan.metAttributes |= state.metAttributes;
+  return isUsual ? kSuccess : kUnusual;
+}
+
 // Takes usual tags as far as they go. Elements whose text stands in the path buffer are not for it.
 i32 take_usual_tags(Scan& scan) {
   Cursor cursor = {scan.document.data(), scan.mark, scan.at,
                    static_cast<u32>(scan.document.size()) - kReach};
   i32 status = kSuccess;
   while (status == kSuccess) {
-    if (cursor.mark >= scan.refillAt) {
-      scan.mark = cursor.mark;
-      refill(scan);
-      cursor.mark = scan.mark;
+    if ((innermost(scan).flags | scan.standing) == 0) {
+      status = take_unasked(scan, cursor);
+    } else {
+      look_ahead(scan, cursor);
+      status = take_usual(scan, cursor);
     }
-    status = take_usual(scan, cursor);
   }
   scan.at = cursor.at;
   scan.mark = cursor.mark;
