@@ -59,6 +59,12 @@ constexpr u32 find_low(std::string_view text, u32 from) {
                      [](char byte) { return static_cast<u8>(byte) <= '/'; });
 }
 
+// The bytes that a usual value does not hold: a double quote, a colon, NUL.
+constexpr u32 find_value_end(std::string_view text, u32 from) {
+  return find_marked(text, from, static_cast<u32>(text.size()), value_lane,
+                     [](char byte) { return byte == '"' || byte == ':' || byte == '\0'; });
+}
+
 constexpr u32 find_colon(std::string_view text, u32 from, u32 end) {
   return find_marked(text, from, end, colon_lane, [](char byte) { return byte == ':'; });
 }
@@ -82,14 +88,18 @@ constexpr bool is_element_end(std::string_view path, u32 at) {
 // Reads the value whose opening quote stands at `quote`.
 constexpr bool read_simple_value(std::string_view path, u32 quote, SimpleElement& element) {
   const u32 size = static_cast<u32>(path.size());
-  u32 close = find_low(path, quote + 1);
-  while (close < size && path[close] != '"') close = find_low(path, close + 1);
-  if (close == size || close == quote + 1 || !is_element_end(path, close + 1)) return false;
+  element.valueLocal = quote + 1;
+  u32 close = find_value_end(path, quote + 1);
+  if (close < size && path[close] == ':') {
+    element.valueLocal = close + 1;
+    while (close < size && path[close] != '"') close = find_value_end(path, close + 1);
+  }
+  if (close == size || path[close] != '"' || close == quote + 1 || !is_element_end(path, close + 1))
+    return false;
   if (is_space(path[quote + 1]) || is_space(path[close - 1])) return false;
   element.end = close + 1;
   element.valueBegin = quote + 1;
   element.valueEnd = close;
-  element.valueLocal = find_local(path, quote + 1, close);
   return true;
 }
 

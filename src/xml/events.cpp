@@ -39,14 +39,27 @@ void give(const Scan& scan, u32 number, u32 offset, u32 length, i32 status) {
 
 }  // namespace
 
+namespace {
+
+// What a target wants beside its first match.
+[[gnu::noinline]] bool collect(Scan& scan, u32 number, u32 offset, u32 length, i32 status) {
+  Finding& finding = scan.findings[number];
+  if (scan.plan.targets[number].collect == Collect::kEach) {
+    give(scan, number, offset, length, status);
+    return true;
+  }
+  return append(finding, ClXmlMatch{scan.serial, offset, length, status});
+}
+
+}  // namespace
+
 bool record(Scan& scan, u32 number, u32 offset, u32 length, i32 status) {
   Finding& finding = scan.findings[number];
-  const Collect collect = scan.plan.targets[number].collect;
-  if (collect == Collect::kEach) give(scan, number, offset, length, status);
-  if (collect == Collect::kRanges) {
+  const Collect wanted = scan.plan.targets[number].collect;
+  if (wanted == Collect::kRanges) {
     if (!append(finding, ClXmlValueRange{offset, length})) return false;
-  } else if (collect == Collect::kMatches) {
-    if (!append(finding, ClXmlMatch{scan.serial, offset, length, status})) return false;
+  } else if (wanted != Collect::kFirst) {
+    if (!collect(scan, number, offset, length, status)) return false;
   }
   if (finding.count == 0) {
     finding.firstOffset = offset;
@@ -55,8 +68,9 @@ bool record(Scan& scan, u32 number, u32 offset, u32 length, i32 status) {
   }
   ++finding.count;
   finding.lastSerial = scan.serial;
-  if (status == kFound) finding.flags |= kHasValue;
-  if (offset != 0 && length != 0) finding.flags |= kHasRange;
+  const u32 hasValue = status == kFound ? kHasValue : 0;
+  const u32 hasRange = offset != 0 && length != 0 ? kHasRange : 0;
+  finding.flags = static_cast<u8>(finding.flags | hasValue | hasRange);
   return true;
 }
 

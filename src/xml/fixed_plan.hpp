@@ -62,7 +62,6 @@ struct PlanDraft {
     if (!element.has_attribute()) return element_key(parent, name, kPlainKey);
     if (!element.has_value()) return element_key(parent, name, kNamedKey);
     return valued_key(element_key(parent, name, kValuedKey),
-                      hash(element.attributeBegin(), element.attributeEnd),
                       hash(element.valueLocal, element.valueEnd));
   }
 

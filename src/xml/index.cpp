@@ -78,11 +78,9 @@ struct RequestedElement {
 };
 
 // Sets the look-up key by the first attribute with a value.
-void key_by_value(RequestedElement& element, std::string_view localName,
-                  std::string_view localValue) {
+void key_by_value(RequestedElement& element, std::string_view localValue) {
   element.childFlag = kValuedChildren;
   element.key = valued_key(element_key(element.parent, element.nameHash, kValuedKey),
-                           hash_bytes(localName.data(), static_cast<u32>(localName.size())),
                            hash_bytes(localValue.data(), static_cast<u32>(localValue.size())));
 }
 
@@ -105,7 +103,7 @@ bool split_attributes(Index& index, RequestedElement& element) {
     } else if (inner.empty()) {
       element.impossible = true;
     } else if (element.childFlag != kValuedChildren) {
-      key_by_value(element, local_part(attribute.name), local_part(inner));
+      key_by_value(element, local_part(inner));
     }
   }
   if (splitter.failed()) {
@@ -199,11 +197,7 @@ u32 step_down(Index& index, std::string_view path, const SimpleElement& simple,
   const std::string_view attribute =
       slice(path, simple.attributeBegin(), simple.attributeEnd - simple.attributeBegin());
   if (simple.has_value()) {
-    element.childFlag = kValuedChildren;
-    element.key =
-        valued_key(element_key(element.parent, element.nameHash, kValuedKey),
-                   hash_bytes(attribute.data(), static_cast<u32>(attribute.size())),
-                   hash_bytes(text + simple.valueLocal, simple.valueEnd - simple.valueLocal));
+    key_by_value(element, slice(path, simple.valueLocal, simple.valueEnd - simple.valueLocal));
   } else if (simple.has_attribute()) {
     element.childFlag = kNamedChildren;
     element.key = element_key(element.parent, element.nameHash, kNamedKey);
@@ -341,7 +335,10 @@ bool add_target(Index& index, const TargetPath& path, Collect collect, u32 group
   if (path.kindKnown) {
     target.isAttribute = path.isAttribute;
     target.attributeName = path.attributeName.data();
-    target.attributeNameLength = static_cast<u32>(path.attributeName.size());
+    // A name with "=" in it is no attribute's, so it may as well be empty: none has that either.
+    target.attributeNameLength = find_byte(path.attributeName, '=') == nullptr
+                                     ? static_cast<u32>(path.attributeName.size())
+                                     : 0;
   }
   if (group >= index.groupCount) index.groupCount = group + 1;
   if (path.path.data() == nullptr) {

@@ -132,8 +132,8 @@ enum KeyClass : u32 { kPlainKey = 0, kNamedKey = 0xB5297A4Du, kValuedKey = 0x68E
 constexpr u32 element_key(u32 parent, u32 nameHash, KeyClass keyClass) {
   return nameHash + parent * 0x9E3779B1u + keyClass;
 }
-constexpr u32 valued_key(u32 elementKey, u32 attributeNameHash, u32 valueHash) {
-  return (elementKey ^ attributeNameHash >> 7) * 0x85EBCA6Bu + valueHash;
+constexpr u32 valued_key(u32 elementKey, u32 valueHash) {
+  return elementKey * 0x85EBCA6Bu + valueHash;
 }
 constexpr u32 bucket_of(u32 key, u32 bucketMask) {
   return (key ^ key >> 16) & bucketMask;

@@ -302,25 +302,27 @@ inline bool read_attribute(const char* text, u32 length, u64 low, AttributeTag& 
   return is_clean_value(tag.value(), tag.valueLength());
 }
 
-// Whether the attribute's name is short, and holds nothing that would make it another one's.
-inline bool is_plain_attribute(const AttributeTag& tag) {
-  const u32 length = tag.attributeLength();
-  return length <= kLane && (attribute_lane(tag.attribute()) & first_bits(length)) == 0;
+// The attribute's name as the document writes it: up to the first "=".
+std::string_view attribute_name(const AttributeTag& tag) {
+  const std::string_view text = {tag.attribute(), tag.attributeLength()};
+  const char* equals = find_byte(text, '=');
+  return equals == nullptr ? text : slice(text, 0, static_cast<std::size_t>(equals - text.data()));
 }
 
 // The attribute as the general functions want it.
 void take_attribute(Scan& scan, const AttributeTag& tag) {
+  const std::string_view name = attribute_name(tag);
+  const PathName spelled = resolve(scan, name, find_colon(name), scan.generation);
   CurrentAttribute& attribute = scan.attributes[0];
   attribute = {};
-  attribute.name = tag.attribute();
-  attribute.nameLength = tag.attributeLength();
+  attribute.name = name.data();
+  attribute.nameLength = static_cast<u32>(name.size());
+  attribute.prefix = spelled.prefix.data();
+  attribute.prefixLength = static_cast<u32>(spelled.prefix.size());
+  attribute.rest = static_cast<u32>(name.size() - spelled.rest.size());
   attribute.value = tag.value() - 1;
   attribute.valueLength = tag.valueLength() + 2;
   scan.attributes.size = 1;
-}
-
-inline bool same_text(const char* text, u32 length, const char* other, u32 otherLength) {
-  return length == otherLength && equal_bytes(text, other, length);
 }
 
 // note_key() for a value that holds no ":".
@@ -376,7 +378,6 @@ inline u32* append_matches(Scan& scan, const AttributeTag& tag, const TagName& n
     const u32 children = scan.plan.nodes[*parent].flags;
     if ((children & kValuedChildren) != 0) {
       const u32 key = valued_key(element_key(*parent, name.hash, kValuedKey),
-                                 hash_readable(tag.attribute(), tag.attributeLength()),
                                  hash_readable(tag.value(), tag.valueLength()));
       out = append_matches(scan, tag, name, *parent, key, tag.valueEnd + 1, out);
     }
@@ -388,15 +389,18 @@ inline u32* append_matches(Scan& scan, const AttributeTag& tag, const TagName& n
   return out;
 }
 
+inline bool is_named(const AttributeTag& tag, std::string_view name) {
+  if (tag.attributeLength() < name.size()) return false;
+  if (tag.attributeLength() > name.size()) return attribute_name(tag) == name;
+  return equal_bytes(tag.attribute(), name.data(), name.size());
+}
+
 // Gives the tag's attribute to the targets of `node` that ask for it.
 inline bool store_attribute(Scan& scan, const AttributeTag& tag, u32 node) {
   u32 number = scan.plan.nodes[node].attributeTargets;
   for (; number != kNone; number = scan.plan.targets[number].next) {
     const Target& target = scan.plan.targets[number];
-    if (!same_text(tag.attribute(), tag.attributeLength(), target.attributeName,
-                   target.attributeNameLength)) {
-      continue;
-    }
+    if (!is_named(tag, {target.attributeName, target.attributeNameLength})) continue;
     if (!record(scan, number, tag.offset + tag.valueBegin() - 1, tag.valueLength() + 2, kFound))
       return false;
   }
@@ -475,9 +479,7 @@ inline i32 take_attribute_tag(Scan& scan, Cursor& cursor, AttributeTag& tag) {
   const bool mayMatch = (innermost(scan).flags & kAttributesBelow) != 0;
   LeafText leaf;
   const bool isLeaf = find_leaf(scan, cursor, tag.text, tag.nameLength, leaf);
-  if ((mayMatch && !is_plain_attribute(tag)) || (!isLeaf && scan.depth == scan.open.capacity)) {
-    return kUnusual;
-  }
+  if (!isLeaf && scan.depth == scan.open.capacity) return kUnusual;
   tag.offset = cursor.mark[0] + 1;
   ++scan.serial;
   scan.metAttributes = true;

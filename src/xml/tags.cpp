@@ -25,9 +25,8 @@ bool probe_attributes(Scan& scan, u32 nameHash, u32 parent, const StartTag& tag)
   if ((children & kValuedChildren) == 0) return true;
   const u32 key = element_key(parent, nameHash, kValuedKey);
   for (const CurrentAttribute& attribute : scan.attributes) {
-    const u32 attributeHash = hash_local({attribute.name, attribute.nameLength});
     const u32 valueHash = hash_local(inner_value({attribute.value, attribute.valueLength}));
-    if (!probe(scan, valued_key(key, attributeHash, valueHash), parent, tag)) return false;
+    if (!probe(scan, valued_key(key, valueHash), parent, tag)) return false;
   }
   return true;
 }
