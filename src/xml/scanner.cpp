@@ -141,9 +141,10 @@ constexpr u32 kAttributeReach = 4 * kLane + 2;
 // Where the fast loop stands.
 struct Cursor {
   const char* text;
-  const u32* mark;  // the next mark; kMarksAhead of them can be read
-  u32 at;           // behind the markup taken last
-  u32 limit;        // of the marks that the loop may take
+  const u32* mark;   // the next mark; kMarksAhead of them can be read
+  OpenElement* top;  // the innermost element
+  u32 at;            // behind the markup taken last
+  u32 limit;         // of the marks that the loop may take
 };
 
 inline constexpr u64 bits_up_to_lanes(u32 length) {
@@ -154,27 +155,6 @@ inline constexpr u64 bits_up_to_lanes(u32 length) {
 inline bool same_name(const char* a, const char* b, u32 length) {
   const u64 same = u64{same_lane(a, b)} | u64{same_lane(a + kLane, b + kLane)} << kLane;
   return (~same & bits_up_to_lanes(length)) == 0;
-}
-
-inline OpenElement& innermost(Scan& scan) {
-  return scan.open[scan.depth - 1];
-}
-
-inline i32 take_end_tag(Scan& scan, const char* text, u32 begin, u32 end) {
-  const OpenElement& top = innermost(scan);
-  const u32 length = end - begin - 2;
-  if (top.length != length || length > 2 * kLane || top.generation != scan.generation ||
-      !same_name(text + top.offset, text + begin + 2, length)) {
-    return kUnusual;
-  }
-  if ((top.flags & kElementTargets) != 0) {
-    const i32 status = on_element_end(scan, begin, kEmptyElement);
-    if (status != kSuccess) return status;
-  }
-  if (scan.below.size != 0) leave_below(scan);
-  scan.aliveTop = top.aliveBegin;
-  --scan.depth;
-  return kSuccess;
 }
 
 // --- Finding the nodes of a tag ---
@@ -232,12 +212,12 @@ inline bool has_name(const Node& node, const TagName& name) {
 }
 
 // The functions that look for the nodes of a tag write them behind the last ones alive, and answer
-// where they end: there is room for every node.
+// where they end: there is room for every node. `element` is the parent's.
 
 // The nodes that a tag without attribute matches.
-[[gnu::noinline]] u32* find_plain(Scan& scan, const char* text, u32 length) {
+inline u32* find_plain(Scan& scan, const OpenElement& element, const char* text, u32 length) {
   const TagName name = read_name(scan, text, length);
-  const u32* parent = scan.alive.begin() + innermost(scan).aliveBegin;
+  const u32* parent = scan.alive.begin() + element.aliveBegin;
   const u32* parentsEnd = scan.alive.begin() + scan.aliveTop;
   u32* out = scan.alive.begin() + scan.aliveTop;
   for (; parent != parentsEnd; ++parent) {
@@ -369,9 +349,9 @@ inline u32* append_matches(Scan& scan, const AttributeTag& tag, const TagName& n
 
 // The nodes that a tag with one attribute matches: its value and its name alone are looked up by
 // keys of their own.
-[[gnu::noinline]] u32* find_by_attribute(Scan& scan, const AttributeTag& tag) {
+inline u32* find_by_attribute(Scan& scan, const OpenElement& element, const AttributeTag& tag) {
   const TagName name = read_name(scan, tag.text, tag.nameLength);
-  const u32* parent = scan.alive.begin() + innermost(scan).aliveBegin;
+  const u32* parent = scan.alive.begin() + element.aliveBegin;
   const u32* parentsEnd = scan.alive.begin() + scan.aliveTop;
   u32* out = scan.alive.begin() + scan.aliveTop;
   for (; parent != parentsEnd; ++parent) {
@@ -426,73 +406,85 @@ inline bool open_usual(Scan& scan, u32 offset, u32 length, const u32* end) {
   return true;
 }
 
-// Whether "text</name>" stands behind the start tag that ends at `end`; false too for a text that
-// is white space.
-inline bool find_leaf(const Scan& scan, const Cursor& cursor, const char* name, u32 length,
-                      LeafText& leaf) {
-  const char* text = cursor.text;
-  u32 begin = cursor.mark[1] + 1;
-  u32 close = cursor.mark[2];
-  const u32 end = cursor.mark[3];
-  if (begin == close || end >= cursor.limit || end - close != length + 2 || text[end] != '>' ||
-      text[close] != '<' || text[close + 1] != '/' || scan.standing != 0 ||
-      !same_name(name, text + close + 2, length)) {
-    return false;
-  }
-  while (begin < close && is_space(text[begin])) ++begin;
-  while (begin < close && is_space(text[close - 1])) --close;
-  leaf = {begin, close - begin};
-  return begin < close;
+// The text of "text</name>" behind the start tag at hand, up to "</".
+inline LeafText trim_leaf(const Cursor& cursor) {
+  const u32 begin = cursor.mark[1] + 1;
+  u32 end = cursor.mark[2];
+  while (is_space(cursor.text[end - 1])) --end;
+  return {begin, end - begin};
 }
 
-// What a start tag leaves behind, with or without the rest of its element.
-inline i32 finish_tag(Scan& scan, Cursor& cursor, u32 marks, bool stored) {
-  const u32 end = cursor.mark[marks - 1];
-  cursor.mark += marks;
-  cursor.at = end + 1;
-  if (stored) return kSuccess;
-  scan.position = end;
-  return kNoMemory;
+// The nodes that match the tag get their element, whose text follows when it `isLeaf`: nothing has
+// to be opened then.
+[[gnu::noinline]] bool match_plain_tag(Scan& scan, const Cursor& cursor, u32 length, bool isLeaf) {
+  const u32 begin = cursor.mark[0] + 1;
+  const u32* end = find_plain(scan, *cursor.top, cursor.text + begin, length);
+  if (!isLeaf) return open_usual(scan, begin, length, end);
+  const u32* node = scan.alive.begin() + scan.aliveTop;
+  if (node == end) return true;
+  const LeafText leaf = trim_leaf(cursor);
+  for (; node != end; ++node) {
+    if (!on_leaf(scan, *node, leaf.begin, leaf.length)) return false;
+  }
+  return true;
+}
+
+[[gnu::noinline]] bool match_attribute_tag(Scan& scan, const Cursor& cursor,
+                                           const AttributeTag& tag, bool isLeaf) {
+  const u32* node = scan.alive.begin() + scan.aliveTop;
+  const u32* end = find_by_attribute(scan, *cursor.top, tag);
+  if (!isLeaf && !open_usual(scan, tag.offset, tag.nameLength, end)) return false;
+  for (; node != end; ++node) {
+    if (!store_attribute(scan, tag, *node)) return false;
+    if (!isLeaf) continue;
+    const LeafText leaf = trim_leaf(cursor);
+    if (!on_leaf(scan, *node, leaf.begin, leaf.length)) return false;
+  }
+  return true;
+}
+
+// Whether "text</name>" stands behind the start tag at hand.
+inline bool is_leaf(const Cursor& cursor, const char* name, u32 length) {
+  const char* text = cursor.text;
+  const u32 begin = cursor.mark[1] + 1;
+  const u32 close = cursor.mark[2];
+  const u32 end = cursor.mark[3];
+  return end - close == length + 2 && end < cursor.limit && begin != close &&
+         static_cast<u8>(text[begin]) > ' ' && text[end] == '>' && text[close] == '<' &&
+         text[close + 1] == '/' && same_name(name, text + close + 2, length);
 }
 
 constexpr u32 kLeafMarks = 4;
 constexpr u32 kTagMarks = 2;
 
-inline i32 take_plain_tag(Scan& scan, Cursor& cursor, const char* name, u32 length) {
-  LeafText leaf;
-  const bool isLeaf = find_leaf(scan, cursor, name, length, leaf);
-  if (!isLeaf && scan.depth == scan.open.capacity) return kUnusual;
-  ++scan.serial;
-  const u32* nodes = scan.alive.begin() + scan.aliveTop;
-  const u32* end = nodes;
-  if ((innermost(scan).flags & kPlainBelow) != 0) end = find_plain(scan, name, length);
-  if (!isLeaf) {
-    return finish_tag(scan, cursor, kTagMarks, open_usual(scan, cursor.mark[0] + 1, length, end));
-  }
-  scan.metText = true;
-  bool stored = true;
-  for (; nodes != end && stored; ++nodes) stored = on_leaf(scan, *nodes, leaf.begin, leaf.length);
-  return finish_tag(scan, cursor, kLeafMarks, stored);
+// Moves on behind that many marks.
+inline void pass(Cursor& cursor, u32 marks) {
+  cursor.at = cursor.mark[marks - 1] + 1;
+  cursor.mark += marks;
 }
 
-inline i32 take_attribute_tag(Scan& scan, Cursor& cursor, AttributeTag& tag) {
-  const bool mayMatch = (innermost(scan).flags & kAttributesBelow) != 0;
-  LeafText leaf;
-  const bool isLeaf = find_leaf(scan, cursor, tag.text, tag.nameLength, leaf);
+// A start tag that is a name of `length` bytes and, unless `tag` is null, one attribute.
+inline i32 take_read_tag(Scan& scan, Cursor& cursor, const char* name, u32 length,
+                         const AttributeTag* tag) {
+  const bool isLeaf = is_leaf(cursor, name, length);
   if (!isLeaf && scan.depth == scan.open.capacity) return kUnusual;
-  tag.offset = cursor.mark[0] + 1;
   ++scan.serial;
-  scan.metAttributes = true;
-  const u32* nodes = scan.alive.begin() + scan.aliveTop;
-  const u32* end = nodes;
-  if (mayMatch) end = find_by_attribute(scan, tag);
-  bool stored = isLeaf || open_usual(scan, tag.offset, tag.nameLength, end);
-  for (; nodes != end && stored; ++nodes) {
-    stored = store_attribute(scan, tag, *nodes) &&
-             (!isLeaf || on_leaf(scan, *nodes, leaf.begin, leaf.length));
-  }
+  if (tag != nullptr) scan.metAttributes = true;
   if (isLeaf) scan.metText = true;
-  return finish_tag(scan, cursor, isLeaf ? kLeafMarks : kTagMarks, stored);
+  const u32 mayMatch = cursor.top->flags & (tag == nullptr ? kPlainBelow : kAttributesBelow);
+  bool stored = true;
+  if (mayMatch != 0) {
+    stored = tag == nullptr ? match_plain_tag(scan, cursor, length, isLeaf)
+                            : match_attribute_tag(scan, cursor, *tag, isLeaf);
+  } else if (!isLeaf) {
+    cursor.top[1] = {cursor.mark[0] + 1, length, scan.aliveTop, scan.generation, 0};
+    ++scan.depth;
+  }
+  if (!isLeaf) ++cursor.top;
+  pass(cursor, isLeaf ? kLeafMarks : kTagMarks);
+  if (stored) return scan.standing == 0 ? kSuccess : kUnusual;
+  scan.position = cursor.at - 1;
+  return kNoMemory;
 }
 
 inline i32 take_start_tag(Scan& scan, Cursor& cursor) {
@@ -501,14 +493,35 @@ inline i32 take_start_tag(Scan& scan, Cursor& cursor) {
   const u32 length = cursor.mark[1] - begin;
   const u64 low = low_marks(name);
   if (length <= 2 * kLane && (low & bits_up_to_lanes(length)) == 0) {
-    return take_plain_tag(scan, cursor, name, length);
+    return take_read_tag(scan, cursor, name, length, nullptr);
   }
   AttributeTag tag;
+  tag.offset = begin;
   if (u64{begin} + kAttributeReach > scan.document.size() ||
       !read_attribute(name, length, low, tag)) {
     return kUnusual;
   }
-  return take_attribute_tag(scan, cursor, tag);
+  return take_read_tag(scan, cursor, name, tag.nameLength, &tag);
+}
+
+inline i32 take_end_tag(Scan& scan, Cursor& cursor) {
+  const u32 begin = cursor.mark[0] + 2;
+  const u32 length = cursor.mark[1] - begin;
+  const OpenElement& top = *cursor.top;
+  if (top.length != length || length > 2 * kLane || top.generation != scan.generation ||
+      !same_name(cursor.text + top.offset, cursor.text + begin, length)) {
+    return kUnusual;
+  }
+  if ((top.flags & kElementTargets) != 0) {
+    const i32 status = on_element_end(scan, begin - 2, kEmptyElement);
+    scan.position = cursor.mark[1];
+    if (status != kSuccess) return status;
+  }
+  scan.aliveTop = top.aliveBegin;
+  --scan.depth;
+  --cursor.top;
+  pass(cursor, kTagMarks);
+  return kSuccess;
 }
 
 // One tag and the text in front of it; kUnusual: what follows cursor.at is for take_next.
@@ -516,147 +529,31 @@ inline i32 take_usual(Scan& scan, Cursor& cursor) {
   const u32 begin = cursor.mark[0];
   const u32 end = cursor.mark[1];
   if (end >= cursor.limit || cursor.text[begin] != '<' || cursor.text[end] != '>') return kUnusual;
-  while (cursor.at != begin && is_space(cursor.text[cursor.at])) ++cursor.at;
-  if (cursor.at != begin) {
-    const i32 status = take_text(scan, cursor.at, begin);
-    if (status != kSuccess) return status;
-    cursor.at = begin;
-  }
-  const char kind = cursor.text[begin + 1];
-  if (is_letter(kind)) return take_start_tag(scan, cursor);
-  if (kind != '/') return kUnusual;
-  const i32 status = take_end_tag(scan, cursor.text, begin, end);
-  if (status == kSuccess) {
-    cursor.mark += kTagMarks;
-    cursor.at = end + 1;
-  } else {
-    scan.position = end;
-  }
-  return status;
-}
-
-// --- Below an element of which nothing is asked for ----------------------------------------------
-
-// What the loop below carries along; the scan learns of it when the loop ends.
-struct Unasked {
-  OpenElement* top;
-  u32 serial;
-  bool metText;
-  bool metAttributes;
-};
-
-inline bool starts_end_tag(const char* text) {
-  return text[0] == '<' && text[1] == '/';
-}
-
-// The length of a start tag's name when the tag is usual, 0 when it is not.
-inline u32 measure_unasked(const Scan& scan, const char* name, u32 begin, u32 length,
-                           Unasked& state) {
-  const u64 low = low_marks(name);
-  if (length <= 2 * kLane && (low & bits_up_to_lanes(length)) == 0) return length;
-  AttributeTag tag;
-  if (u64{begin} + kAttributeReach > scan.document.size() ||
-      !read_attribute(name, length, low, tag)) {
-    return 0;
-  }
-  state.metAttributes = true;
-  return tag.nameLength;
-}
-
-inline bool take_unasked_start(const Scan& scan, Cursor& cursor, Unasked& state) {
-  const char* text = cursor.text;
-  const u32 begin = cursor.mark[0] + 1;
-  const u32 end = cursor.mark[1];
-  const char* name = text + begin;
-  const u32 length = measure_unasked(scan, name, begin, end - begin, state);
-  if (length == 0) return false;
-  const u32 close = cursor.mark[2];
-  const u32 closeEnd = cursor.mark[3];
-  if (closeEnd - close == length + 2 &&
-      closeEnd<cursor.limit&& static_cast<u8>(text[end + 1])> ' ' && close != end + 1 &&
-      text[closeEnd] == '>' && starts_end_tag(text + close) &&
-      same_name(name, text + close + 2, length)) {
-    state.metText = true;
-    cursor.mark += kLeafMarks;
-    cursor.at = closeEnd + 1;
-  } else {
-    if (state.top + 1 == scan.open.begin() + scan.open.capacity) return false;
-    *++state.top = {begin, length, scan.aliveTop, scan.generation, 0};
-    cursor.mark += kTagMarks;
-    cursor.at = end + 1;
-  }
-  ++state.serial;
-  return true;
-}
-
-inline bool take_unasked_end(const Scan& scan, Cursor& cursor, Unasked& state) {
-  const u32 begin = cursor.mark[0] + 2;
-  const u32 end = cursor.mark[1];
-  const u32 length = end - begin;
-  if (state.top->length != length || length > 2 * kLane ||
-      state.top->generation != scan.generation ||
-      !same_name(cursor.text + state.top->offset, cursor.text + begin, length)) {
-    return false;
-  }
-  --state.top;
-  cursor.mark += kTagMarks;
-  cursor.at = end + 1;
-  return true;
-}
-
-// False: the tag is not usual.
-inline bool take_unasked_tag(const Scan& scan, Cursor& cursor, Unasked& state) {
-  const u32 begin = cursor.mark[0];
-  const u32 end = cursor.mark[1];
-  if (end >= cursor.limit || cursor.text[begin] != '<' || cursor.text[end] != '>') return false;
   if (cursor.at != begin) {
     while (cursor.at != begin && is_space(cursor.text[cursor.at])) ++cursor.at;
-    if (cursor.at != begin) state.metText = true;
-    cursor.at = begin;
+    if (cursor.at != begin) {
+      const i32 status = take_text(scan, cursor.at, begin);
+      if (status != kSuccess) return status;
+      cursor.at = begin;
+    }
   }
   const char kind = cursor.text[begin + 1];
-  if (kind == '/') return take_unasked_end(scan, cursor, state);
-  return is_letter(kind) && take_unasked_start(scan, cursor, state);
-}
-
-inline void look_ahead(Scan& scan, Cursor& cursor) {
-  if (cursor.mark < scan.refillAt) return;
-  scan.mark = cursor.mark;
-  refill(scan);
-  cursor.mark = scan.mark;
-}
-
-// Takes the innermost element to its end, or up to a tag that is not usual. Only the form of the
-// tags counts: what stands in there can match nothing.
-[[gnu::noinline]] i32 take_unasked(Scan& scan, Cursor& outer) {
-  Cursor cursor = outer;
-  const OpenElement* const element = &innermost(scan);
-  Unasked state = {&innermost(scan), 0, false, false};
-  bool isUsual = true;
-  while (isUsual && state.top >= element) {
-    look_ahead(scan, cursor);
-    isUsual = take_unasked_tag(scan, cursor, state);
-  }
-  outer = cursor;
-  scan.depth = static_cast<u32>(state.top - scan.open.begin()) + 1;
-  scan.serial += state.serial;
-  scan.metText |= state.metText;
-  scan.metAttributes |= state.metAttributes;
-  return isUsual ? kSuccess : kUnusual;
+  if (kind == '/') return take_end_tag(scan, cursor);
+  return is_letter(kind) ? take_start_tag(scan, cursor) : kUnusual;
 }
 
 // Takes usual tags as far as they go. Elements whose text stands in the path buffer are not for it.
 i32 take_usual_tags(Scan& scan) {
-  Cursor cursor = {scan.document.data(), scan.mark, scan.at,
+  Cursor cursor = {scan.document.data(), scan.mark, &scan.open[scan.depth - 1], scan.at,
                    static_cast<u32>(scan.document.size()) - kReach};
   i32 status = kSuccess;
   while (status == kSuccess) {
-    if ((innermost(scan).flags | scan.standing) == 0) {
-      status = take_unasked(scan, cursor);
-    } else {
-      look_ahead(scan, cursor);
-      status = take_usual(scan, cursor);
+    if (cursor.mark >= scan.refillAt) {
+      scan.mark = cursor.mark;
+      refill(scan);
+      cursor.mark = scan.mark;
     }
+    status = take_usual(scan, cursor);
   }
   scan.at = cursor.at;
   scan.mark = cursor.mark;
@@ -665,7 +562,7 @@ i32 take_usual_tags(Scan& scan) {
 
 bool is_usual_ahead(const Scan& scan) {
   return scan.depth != 0 && scan.path.size == 0 && !scan.growing.quoted && !scan.quotedPrefix &&
-         u64{scan.at} + kReach < scan.document.size();
+         scan.standing == 0 && scan.below.size == 0 && u64{scan.at} + kReach < scan.document.size();
 }
 
 i32 run(Scan& scan) {
