@@ -97,7 +97,7 @@ struct PlanDraft {
       attributes[attributeCount++] = {name.data(), value, static_cast<u32>(name.size()),
                                       valueLength};
       node.attributeCount = 1;
-      if (!element.has_value()) node.flags = isEach ? kEachValue : kNameOnly;
+      if (!element.has_value()) node.flags |= isEach ? kEachValue : kNameOnly;
     }
     return nodeCount++;
   }
@@ -105,6 +105,7 @@ struct PlanDraft {
   // Hangs the target under the node of its last element.
   constexpr void attach(u32 node, Target target) {
     u32& list = target.isAttribute ? nodes[node].attributeTargets : nodes[node].elementTargets;
+    nodes[node].flags |= target.isAttribute ? kAttributeTargets : kElementTargets;
     target.next = list;
     list = targetCount;
     targets[targetCount++] = target;

@@ -156,8 +156,9 @@ u32 insert_node(Index& index, const RequestedElement& element) {
   node.parent = element.parent;
   node.key = element.key;
   node.nextInBucket = bucket;
-  node.flags = (element.bareAttribute.empty() ? 0u : kNameOnly) |
-               (element.impossible ? kImpossible : 0u) | (element.eachValue ? kEachValue : 0u);
+  node.flags = (element.bareAttribute.empty() ? 0u : u32{kNameOnly}) |
+               (element.impossible ? u32{kImpossible} : 0u) |
+               (element.eachValue ? u32{kEachValue} : 0u);
   node.firstAttribute = element.firstAttribute;
   node.attributeCount = element.attributeCount;
   node.elementTargets = node.attributeTargets = node.belowTargets = kNone;
@@ -221,10 +222,11 @@ void append_to_list(Index& index, u32& head, u32 target) {
 
 void attach(Index& index, u32 node, u32 target, bool below) {
   Node& last = index.nodes[node];
+  const bool isAttribute = index.targets[target].isAttribute;
   u32& list =
-      below ? last.belowTargets
-            : (index.targets[target].isAttribute ? last.attributeTargets : last.elementTargets);
+      below ? last.belowTargets : (isAttribute ? last.attributeTargets : last.elementTargets);
   append_to_list(index, list, target);
+  if (!below) last.flags |= isAttribute ? kAttributeTargets : kElementTargets;
 }
 
 struct Descent {

@@ -27,14 +27,17 @@ struct RequestedAttribute {
   u32 valueLength;
 };
 
-enum NodeFlags : u32 {
-  kPlainChildren = 1,   // some child names no attribute
-  kNamedChildren = 2,   // some child names attributes, all without value
-  kValuedChildren = 4,  // some child names an attribute with its value
-  kAnyChildren = 7,
-  kNameOnly = 8,     // this element names an attribute without value: it admits further ones
-  kImpossible = 16,  // no element of a document can match this one
-  kEachValue = 32,   // its attribute stands for every value, and no other may stand beside it
+// An open element has the first ones of all nodes that it matches.
+enum NodeFlags : u16 {
+  kElementTargets = 4,    // some target asks for its text
+  kAttributeTargets = 8,  // some target asks for an attribute of it
+  kPlainChildren = 16,    // some child names no attribute
+  kNamedChildren = 32,    // some child names attributes, all without value
+  kValuedChildren = 64,   // some child names an attribute with its value
+  kOfElement = 4 | 8 | 16 | 32 | 64,
+  kNameOnly = 128,    // this element names an attribute without value: it admits further ones
+  kImpossible = 256,  // no element of a document can match this one
+  kEachValue = 512,   // its attribute stands for every value, and no other may stand beside it
 };
 
 struct Node {

@@ -15,19 +15,12 @@
 
 namespace pxcl::xml {
 
+// Beside those of NodeFlags.
 enum ElementFlags : u16 {
-  kIrregular = 1,         // its text stands in the path buffer
-  kTrailing = 2,          // an empty text: while it is the innermost, the path ends in "/"
-  kElementTargets = 4,    // some target asks for its text
-  kAttributeTargets = 8,  // some target asks for an attribute of it
-  // Some node that it matches has children that name no attribute, or such as name one. The nodes'
-  // own flags, moved by kBelowShift.
-  kPlainBelow = 16,
-  kAttributesBelow = 96,
+  kIrregular = 1,  // its text stands in the path buffer
+  kTrailing = 2,   // an empty text: while it is the innermost, the path ends in "/"
 };
-inline constexpr u32 kBelowShift = 4;
-static_assert(kPlainChildren << kBelowShift == kPlainBelow);
-static_assert((kNamedChildren | kValuedChildren) << kBelowShift == kAttributesBelow);
+inline constexpr u32 kAttributeChildren = kNamedChildren | kValuedChildren;
 
 inline constexpr u16 kNoGeneration = 0xFFFF;  // of an irregular element
 
@@ -88,6 +81,15 @@ struct KnownPrefix {
 inline constexpr u32 kMarkWindow = 256;
 inline constexpr u32 kMarksAhead = 4;  // that the fast loop looks at: an element with its text
 
+// The tag with an attribute that was met last below a node, and the one node that every tag matches
+// there which begins as it does.
+struct Repeated {
+  u32 parent = kNone;
+  u32 offset = 0;  // of its name
+  u32 length = 0;  // up to the value
+  u32 node = kNone;
+};
+
 // How far the text of the innermost irregular element was taken apart. While it holds an odd number
 // of double quotes, every further "/" is part of it and it goes on growing.
 struct GrowingElement {
@@ -140,7 +142,8 @@ struct Scan {
   u16 declaredAt[kNamespaceCount] = {};      // generation; 0: not declared yet
   DeclaredPrefix declared[kNamespaceCount];  // in the order of the table
   u32 declaredCount = 0;
-  KnownPrefix known[2] = {};  // forgotten when a namespace is declared
+  KnownPrefix known[2] = {};  // these two are forgotten when a namespace is declared
+  Repeated repeated = {};
   u16 generation = 0;         // counts declared namespaces
   u16 standing = 0;           // flags that every open element has
   bool quotedPrefix = false;  // a declared prefix begins with a double quote
@@ -330,9 +333,7 @@ inline bool add_alive(Scan& scan, u32 node) {
   const Node& matched = scan.plan.nodes[node];
   OpenElement& top = scan.open[scan.depth - 1];
   scan.alive[scan.aliveTop++] = node;
-  top.flags |= static_cast<u16>((matched.flags & kAnyChildren) << kBelowShift);
-  if (matched.elementTargets != kNone) top.flags |= kElementTargets;
-  if (matched.attributeTargets != kNone) top.flags |= kAttributeTargets;
+  top.flags = static_cast<u16>(top.flags | (matched.flags & kOfElement));
   if (matched.belowTargets == kNone) return true;
   const bool stored = scan.below.push({node, scan.depth});
   refresh_standing(scan);
@@ -344,9 +345,7 @@ inline void clear_alive(Scan& scan) {
   OpenElement& top = scan.open[scan.depth - 1];
   scan.aliveTop = top.aliveBegin;
   if (scan.below.size != 0) leave_below(scan);
-  constexpr u32 kOfNodes = kElementTargets | kAttributeTargets | kPlainBelow | kAttributesBelow;
-  top.flags &= static_cast<u16>(~kOfNodes);
-  top.flags |= scan.standing;
+  top.flags = static_cast<u16>((top.flags & ~kOfElement) | scan.standing);
   if ((top.flags & kTrailing) != 0) top.flags |= kElementTargets;
 }
 

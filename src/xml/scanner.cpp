@@ -349,7 +349,7 @@ inline u32* append_matches(Scan& scan, const AttributeTag& tag, const TagName& n
 
 // The nodes that a tag with one attribute matches: its value and its name alone are looked up by
 // keys of their own.
-inline u32* find_by_attribute(Scan& scan, const OpenElement& element, const AttributeTag& tag) {
+u32* look_up_attribute(Scan& scan, const OpenElement& element, const AttributeTag& tag) {
   const TagName name = read_name(scan, tag.text, tag.nameLength);
   const u32* parent = scan.alive.begin() + element.aliveBegin;
   const u32* parentsEnd = scan.alive.begin() + scan.aliveTop;
@@ -367,6 +367,35 @@ inline u32* find_by_attribute(Scan& scan, const OpenElement& element, const Attr
     }
   }
   return out;
+}
+
+// Whether the tag is, up to its value, the one that was met last in the same place.
+inline bool is_repeated(const Scan& scan, u32 parent, const AttributeTag& tag) {
+  const Repeated& last = scan.repeated;
+  return last.parent == parent && last.length == tag.valueBegin() &&
+         same_name(scan.document.data() + last.offset, tag.text, last.length);
+}
+
+// Keeps the tag in mind when whatever begins as it does matches `node` alone.
+inline void keep_repeated(Scan& scan, u32 parent, const AttributeTag& tag, u32 node) {
+  const bool byName = (scan.plan.nodes[parent].flags & kValuedChildren) == 0;
+  const bool isOnly = (scan.plan.nodes[node].flags & kEachValue) == 0;
+  if (byName && isOnly && tag.valueBegin() <= 2 * kLane) {
+    scan.repeated = {parent, tag.offset, tag.valueBegin(), node};
+  }
+}
+
+inline u32* find_by_attribute(Scan& scan, const OpenElement& element, const AttributeTag& tag) {
+  u32* out = scan.alive.begin() + scan.aliveTop;
+  const u32 parent = scan.alive[element.aliveBegin];
+  const bool isOnlyParent = scan.aliveTop - element.aliveBegin == 1;
+  if (isOnlyParent && is_repeated(scan, parent, tag)) {
+    *out = scan.repeated.node;
+    return out + 1;
+  }
+  u32* end = look_up_attribute(scan, element, tag);
+  if (isOnlyParent && end == out + 1) keep_repeated(scan, parent, tag, *out);
+  return end;
 }
 
 inline bool is_named(const AttributeTag& tag, std::string_view name) {
@@ -397,12 +426,20 @@ struct LeafText {
 
 // Opens an element whose nodes stand behind the last ones alive, up to `end`; false when memory is
 // short.
-inline bool open_usual(Scan& scan, u32 offset, u32 length, const u32* end) {
-  u32 nodes = static_cast<u32>(end - scan.alive.begin()) - scan.aliveTop;
-  scan.open[scan.depth++] = {offset, length, scan.aliveTop, scan.generation, scan.standing};
-  for (; nodes != 0; --nodes) {
-    if (!add_alive(scan, scan.alive[scan.aliveTop])) return false;
+inline bool open_usual(Scan& scan, OpenElement& opened, u32 offset, u32 length, const u32* end) {
+  u32 flags = 0;
+  const u32* node = scan.alive.begin() + scan.aliveTop;
+  opened = {offset, length, scan.aliveTop, scan.generation, 0};
+  ++scan.depth;
+  for (; node != end; ++node) {
+    const Node& matched = scan.plan.nodes[*node];
+    flags |= matched.flags;
+    if (matched.belowTargets == kNone) continue;
+    if (!scan.below.push({*node, scan.depth})) return false;
+    refresh_standing(scan);
   }
+  opened.flags = static_cast<u16>(flags & kOfElement);
+  scan.aliveTop = static_cast<u32>(end - scan.alive.begin());
   return true;
 }
 
@@ -419,7 +456,7 @@ inline LeafText trim_leaf(const Cursor& cursor) {
 [[gnu::noinline]] bool match_plain_tag(Scan& scan, const Cursor& cursor, u32 length, bool isLeaf) {
   const u32 begin = cursor.mark[0] + 1;
   const u32* end = find_plain(scan, *cursor.top, cursor.text + begin, length);
-  if (!isLeaf) return open_usual(scan, begin, length, end);
+  if (!isLeaf) return open_usual(scan, cursor.top[1], begin, length, end);
   const u32* node = scan.alive.begin() + scan.aliveTop;
   if (node == end) return true;
   const LeafText leaf = trim_leaf(cursor);
@@ -433,7 +470,7 @@ inline LeafText trim_leaf(const Cursor& cursor) {
                                            const AttributeTag& tag, bool isLeaf) {
   const u32* node = scan.alive.begin() + scan.aliveTop;
   const u32* end = find_by_attribute(scan, *cursor.top, tag);
-  if (!isLeaf && !open_usual(scan, tag.offset, tag.nameLength, end)) return false;
+  if (!isLeaf && !open_usual(scan, cursor.top[1], tag.offset, tag.nameLength, end)) return false;
   for (; node != end; ++node) {
     if (!store_attribute(scan, tag, *node)) return false;
     if (!isLeaf) continue;
@@ -471,7 +508,8 @@ inline i32 take_read_tag(Scan& scan, Cursor& cursor, const char* name, u32 lengt
   ++scan.serial;
   if (tag != nullptr) scan.metAttributes = true;
   if (isLeaf) scan.metText = true;
-  const u32 mayMatch = cursor.top->flags & (tag == nullptr ? kPlainBelow : kAttributesBelow);
+  const u32 mayMatch =
+      cursor.top->flags & (tag == nullptr ? u32{kPlainChildren} : kAttributeChildren);
   bool stored = true;
   if (mayMatch != 0) {
     stored = tag == nullptr ? match_plain_tag(scan, cursor, length, isLeaf)

@@ -74,6 +74,7 @@ struct AttributeReading {
 void list_declared(Scan& scan) {
   scan.declaredCount = 0;
   scan.known[0] = scan.known[1] = {};
+  scan.repeated = {};
   for (u32 row = 0; row < kNamespaceCount; ++row) {
     if (scan.declaredAt[row] == 0) continue;
     const ClXmlNameSpaceEntry& entry = scan.table[row];
