@@ -10,6 +10,7 @@
 #include "keyed/status.hpp"
 #include "keyed/word_index.hpp"
 #include "util/owned.hpp"
+#include "xml/plan.hpp"
 
 namespace pxcl::keyed {
 namespace {
@@ -41,8 +42,33 @@ class ValueBytes {
   const char* end_;
 };
 
+// The lowest bit of each byte of `word` that is `byte`, and perhaps of bytes behind it.
+constexpr u64 mark_bytes(u64 word, char byte) {
+  constexpr u64 kOnes = 0x0101010101010101u;
+  const u64 difference = word ^ kOnes * static_cast<u8>(byte);
+  return (difference - kOnes) & ~difference & kOnes << 7;
+}
+
+constexpr bool ends_value(u64 word) {
+  return (mark_bytes(word, ' ') | mark_bytes(word, ',') | mark_bytes(word, '\0')) != 0;
+}
+
+// Whether the text is its own value, as nearly every one is: no blank, no comma, no NUL byte.
+bool is_whole_value(std::string_view text) {
+  constexpr u64 kWidth = sizeof(u64);
+  if (text.size() < kWidth) {
+    return std::none_of(text.begin(), text.end(),
+                        [](char byte) { return byte == ' ' || byte == ',' || byte == '\0'; });
+  }
+  const u64 last = text.size() - kWidth;
+  for (u64 at = 0; at < last; at += kWidth) {
+    if (ends_value(xml::load_bytes(text.data() + at, kWidth))) return false;
+  }
+  return !ends_value(xml::load_bytes(text.data() + last, kWidth));
+}
+
 // Copies a value of up to kShortWord bytes; an empty view without data when it is longer.
-std::string_view copy_short_word(std::string_view text, char (&word)[kShortWord + 1]) {
+std::string_view copy_short_word(std::string_view text, char (&word)[kShortWord]) {
   u64 length = 0;
   for (const char byte : text) {
     if (byte == ' ') continue;
@@ -50,8 +76,13 @@ std::string_view copy_short_word(std::string_view text, char (&word)[kShortWord 
     if (length == kShortWord) return {};
     word[length++] = byte;
   }
-  word[length] = '\0';
   return {word, length};
+}
+
+bool is_word(const char* keyword, std::string_view word) {
+  if (word.empty()) return *keyword == '\0';
+  return *keyword == word.front() && std::strncmp(keyword, word.data(), word.size()) == 0 &&
+         keyword[word.size()] == '\0';
 }
 
 bool is_same_word(const char* keyword, std::string_view text) {
@@ -83,7 +114,7 @@ DicMatch find_indexed(std::span<const ClssDicRow> dictionary, const WordIndex& i
   for (u64 slot = hash_word(word);; ++slot) {
     const u16 row = index.rows[slot % WordIndex::kSlots];
     if (row == WordIndex::kFree) return {};
-    if (row < dictionary.size() && dictionary[row].keyword == word) {
+    if (row < dictionary.size() && is_word(dictionary[row].keyword, word)) {
       return {row, dictionary[row].code};
     }
   }
@@ -100,26 +131,32 @@ bool is_job_id(const char* text) {
 }  // namespace
 
 DicMatch look_up(std::span<const ClssDicRow> dictionary, std::string_view text) {
-  char buffer[kShortWord + 1];
-  const std::string_view word = copy_short_word(text, buffer);
+  char buffer[kShortWord];
+  const std::string_view word =
+      !text.empty() && is_whole_value(text) ? text : copy_short_word(text, buffer);
   if (word.data() == nullptr) {
     return find_row(dictionary,
                     [&](const char* keyword) { return is_same_long_word(keyword, text); });
   }
   const WordIndex* index = word_index_of(dictionary.data());
   if (index != nullptr) return find_indexed(dictionary, *index, word);
-  return find_row(dictionary, [&](const char* keyword) {
-    return *keyword == *buffer && std::strcmp(keyword, buffer) == 0;
-  });
+  return find_row(dictionary, [&](const char* keyword) { return is_word(keyword, word); });
 }
 
 u16 find_keyword(std::span<const ClssDicRow> dictionary, std::string_view word) {
   const WordIndex* index = word_index_of(dictionary.data());
   if (index != nullptr) return find_indexed(dictionary, *index, word).index;
-  return find_row(dictionary, [&](const char* keyword) { return keyword == word; }).index;
+  return find_row(dictionary, [&](const char* keyword) { return is_word(keyword, word); }).index;
 }
 
 u32 read_number(std::string_view text) {
+  constexpr std::size_t kSafeDigits = 9;  // so few fit in any case
+  if (!text.empty() && text.size() <= kSafeDigits &&
+      std::all_of(text.begin(), text.end(), is_digit)) {
+    u32 number = 0;
+    for (const char byte : text) number = number * 10 + static_cast<u32>(byte - '0');
+    return number;
+  }
   ValueBytes value(text);
   char byte = value.next();
   while (is_space(byte)) byte = value.next();
@@ -142,6 +179,12 @@ u64 value_length(std::string_view text) {
 }
 
 bool copy_value(std::string_view text, char* destination, u64 size) {
+  if (is_whole_value(text)) {
+    if (text.size() >= size) return false;
+    if (!text.empty()) std::memcpy(destination, text.data(), text.size());
+    destination[text.size()] = '\0';
+    return true;
+  }
   if (value_length(text) >= size) return false;
   ValueBytes value(text);
   while ((*destination = value.next()) != '\0') ++destination;

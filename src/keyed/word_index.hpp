@@ -10,6 +10,7 @@
 
 #include "dictionaries.h"
 #include "util/types.hpp"
+#include "xml/plan.hpp"
 
 namespace pxcl::keyed {
 
@@ -22,10 +23,7 @@ struct WordIndex {
 
 // Keywords of one dictionary differ in length or near their ends.
 constexpr u64 hash_word(std::string_view word) {
-  u64 tail = word.size();
-  const u64 begin = word.size() > 8 ? word.size() - 8 : 0;
-  for (u64 i = begin; i < word.size(); ++i) tail = tail << 7 ^ static_cast<u8>(word[i]);
-  return tail * 0x9E3779B97F4A7C15u >> 56;
+  return xml::hash_bytes(word.data(), static_cast<u32>(word.size())) >> 24;
 }
 
 template <std::size_t count>
