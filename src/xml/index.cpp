@@ -69,7 +69,6 @@ struct RequestedElement {
   u32 parent;
   u32 nameHash;
   u32 key;
-  u32 firstAttribute;
   u32 attributeCount = 0;
   u32 childFlag = kPlainChildren;       // what the parent is told of it
   std::string_view bareAttribute = {};  // the attribute that it names without value
@@ -113,14 +112,21 @@ bool split_attributes(Index& index, RequestedElement& element) {
   return true;
 }
 
-u32 find_node(const Index& index, const RequestedElement& element) {
-  u32 found = index.buckets[bucket_of(element.key, index.bucketMask)];
+// Where an element hangs.
+struct Place {
+  u32 parent;
+  u32 key;
+  u32 childFlag;  // what the parent is told of it
+  bool eachValue;
+};
+
+u32 find_node(const Index& index, const Place& place, std::string_view text) {
+  u32 found = index.buckets[bucket_of(place.key, index.bucketMask)];
   for (; found != kNone; found = index.nodes[found].nextInBucket) {
     const Node& node = index.nodes[found];
-    if (node.key == element.key && node.parent == element.parent &&
-        ((node.flags & kEachValue) != 0) == element.eachValue &&
-        node.textLength == element.text.size() &&
-        equal_text(node.text, element.text.data(), element.text.size())) {
+    if (node.key == place.key && node.parent == place.parent &&
+        ((node.flags & kEachValue) != 0) == place.eachValue && node.textLength == text.size() &&
+        equal_text(node.text, text.data(), text.size())) {
       break;
     }
   }
@@ -142,34 +148,26 @@ bool grow_buckets(Index& index) {
   return true;
 }
 
-// kNone when memory is short.
-u32 insert_node(Index& index, const RequestedElement& element) {
-  if (!index.nodes.reserve(u64{index.nodes.size} + 1)) return kNone;
-  if (index.nodes.size > index.buckets.size && !grow_buckets(index)) return kNone;
+// A node without targets; null when memory is short. Who adds it tells the element.
+Node* add_node(Index& index, const Place& place) {
+  if (!index.nodes.reserve(u64{index.nodes.size} + 1)) return nullptr;
+  if (index.nodes.size > index.buckets.size && !grow_buckets(index)) return nullptr;
   const u32 created = index.nodes.size++;
-  u32& bucket = index.buckets[bucket_of(element.key, index.bucketMask)];
+  u32& bucket = index.buckets[bucket_of(place.key, index.bucketMask)];
   Node& node = index.nodes[created];
-  node.text = element.text.data();
-  node.textLength = static_cast<u32>(element.text.size());
-  node.nameLength = element.nameLength;
-  node.localBegin = element.localBegin;
-  node.parent = element.parent;
-  node.key = element.key;
+  node.parent = place.parent;
+  node.key = place.key;
   node.nextInBucket = bucket;
-  node.flags = (element.bareAttribute.empty() ? 0u : u32{kNameOnly}) |
-               (element.impossible ? u32{kImpossible} : 0u) |
-               (element.eachValue ? u32{kEachValue} : 0u);
-  node.firstAttribute = element.firstAttribute;
-  node.attributeCount = element.attributeCount;
+  node.flags = place.eachValue ? u32{kEachValue} : 0u;
   node.elementTargets = node.attributeTargets = node.belowTargets = kNone;
   bucket = created;
-  index.nodes[element.parent].flags |= element.childFlag;
-  return created;
+  index.nodes[place.parent].flags |= place.childFlag;
+  return &node;
 }
 
 // The node of an element that is not simple, made when it is new; kNone when memory is short.
 u32 step_down(Index& index, RequestedElement& element) {
-  element.firstAttribute = index.attributes.size;
+  const u32 firstAttribute = index.attributes.size;
   element.impossible = element.nameLength == 0;
   element.nameHash =
       hash_bytes(element.text.data() + element.localBegin, element.nameLength - element.localBegin);
@@ -182,37 +180,60 @@ u32 step_down(Index& index, RequestedElement& element) {
     }
     if (element.eachValue) element.bareAttribute = {};
   }
-  const u32 found = find_node(index, element);
-  if (found == kNone) return insert_node(index, element);
-  index.attributes.size = element.firstAttribute;
-  return found;
+  const Place place = {element.parent, element.key, element.childFlag, element.eachValue};
+  const u32 found = find_node(index, place, element.text);
+  if (found != kNone) {
+    index.attributes.size = firstAttribute;
+    return found;
+  }
+  Node* node = add_node(index, place);
+  if (node == nullptr) return kNone;
+  node->text = element.text.data();
+  node->textLength = static_cast<u32>(element.text.size());
+  node->nameLength = element.nameLength;
+  node->localBegin = element.localBegin;
+  node->firstAttribute = firstAttribute;
+  node->attributeCount = element.attributeCount;
+  node->flags |= (element.bareAttribute.empty() ? 0u : u32{kNameOnly}) |
+                 (element.impossible ? u32{kImpossible} : 0u);
+  return index.nodes.size - 1;
 }
 
-// The same for a simple element.
-u32 step_down(Index& index, std::string_view path, const SimpleElement& simple,
-              RequestedElement& element) {
+Place place_of(std::string_view path, const SimpleElement& element, u32 parent, bool each) {
   const char* text = path.data();
-  element.nameHash = hash_bytes(text + simple.localBegin, simple.nameEnd - simple.localBegin);
-  element.firstAttribute = index.attributes.size;
-  element.key = element_key(element.parent, element.nameHash, kPlainKey);
-  const std::string_view attribute =
-      slice(path, simple.attributeBegin(), simple.attributeEnd - simple.attributeBegin());
-  if (simple.has_value()) {
-    key_by_value(element, slice(path, simple.valueLocal, simple.valueEnd - simple.valueLocal));
-  } else if (simple.has_attribute()) {
-    element.childFlag = kNamedChildren;
-    element.key = element_key(element.parent, element.nameHash, kNamedKey);
-    if (!element.eachValue) element.bareAttribute = attribute;
+  const u32 name = hash_bytes(text + element.localBegin, element.nameEnd - element.localBegin);
+  if (!element.has_attribute()) {
+    return {parent, element_key(parent, name, kPlainKey), kPlainChildren, each};
   }
-  const u32 found = find_node(index, element);
+  if (!element.has_value()) {
+    return {parent, element_key(parent, name, kNamedKey), kNamedChildren, each};
+  }
+  const u32 value = hash_bytes(text + element.valueLocal, element.valueEnd - element.valueLocal);
+  return {parent, valued_key(element_key(parent, name, kValuedKey), value), kValuedChildren, each};
+}
+
+// step_down() for a simple element.
+u32 step_down(Index& index, std::string_view path, const SimpleElement& element, u32 parent,
+              bool each) {
+  const std::string_view text = slice(path, element.begin, element.end - element.begin);
+  const Place place = place_of(path, element, parent, each);
+  const u32 found = find_node(index, place, text);
   if (found != kNone) return found;
-  if (simple.has_attribute()) {
-    const std::string_view value =
-        simple.has_value() ? slice(path, simple.valueBegin, simple.valueEnd - simple.valueBegin)
-                           : std::string_view();
-    if (!push_attribute(index, element, attribute, value)) return kNone;
-  }
-  return insert_node(index, element);
+  Node* node = add_node(index, place);
+  if (node == nullptr) return kNone;
+  node->text = text.data();
+  node->textLength = static_cast<u32>(text.size());
+  node->nameLength = element.nameEnd - element.begin;
+  node->localBegin = element.localBegin - element.begin;
+  node->firstAttribute = index.attributes.size;
+  node->attributeCount = element.has_attribute() ? 1 : 0;
+  if (!element.has_attribute()) return index.nodes.size - 1;
+  if (!element.has_value() && !each) node->flags |= kNameOnly;
+  const char* value = element.has_value() ? path.data() + element.valueBegin : nullptr;
+  const bool stored = index.attributes.push({path.data() + element.attributeBegin(), value,
+                                             element.attributeEnd - element.attributeBegin(),
+                                             element.valueEnd - element.valueBegin});
+  return stored ? index.nodes.size - 1 : kNone;
 }
 
 void append_to_list(Index& index, u32& head, u32 target) {
@@ -259,23 +280,36 @@ void remember_element(Index& index, Descent& descent) {
   ++descent.depth;
 }
 
-// The element of `path` from `begin` on, below `parent`; its extent's end goes to `end`.
-u32 step_along(Index& index, std::string_view path, RequestedElement& element, u32 begin, bool each,
-               u32& end) {
-  SimpleElement simple;
-  const bool isSimple = read_simple_element(path, begin, simple);
-  const ElementExtent extent =
-      isSimple ? ElementExtent{simple.end, simple.nameEnd, kNone} : measure_element(path, begin);
-  end = extent.end;
-  element.text = slice(path, begin, end - begin);
+// What a step along a path leads to.
+struct Step {
+  u32 node;  // kNone: memory is short
+  u32 end;   // of the element, an offset into the path
+  std::string_view bareAttribute;
+};
+
+// One that is not simple.
+Step step_generally(Index& index, std::string_view path, u32 begin, u32 parent, bool each) {
+  const ElementExtent extent = measure_element(path, begin);
+  RequestedElement element = {};
+  element.text = slice(path, begin, extent.end - begin);
   element.nameLength = extent.nameEnd - begin;
-  element.eachValue = each && end == path.size();
-  if (isSimple) {
-    element.localBegin = simple.localBegin - begin;
-    return step_down(index, path, simple, element);
-  }
   element.localBegin = extent.colon == kNone ? 0 : extent.colon - begin + 1;
-  return step_down(index, element);
+  element.parent = parent;
+  element.eachValue = each && extent.end == path.size();
+  const u32 node = step_down(index, element);
+  return {node, extent.end, element.bareAttribute};
+}
+
+Step step_along(Index& index, std::string_view path, u32 begin, u32 parent, bool each) {
+  SimpleElement element;
+  if (!read_simple_element(path, begin, element)) {
+    return step_generally(index, path, begin, parent, each);
+  }
+  each = each && element.end == path.size();
+  const bool isBare = element.has_attribute() && !element.has_value() && !each;
+  const u32 nameLength = isBare ? element.attributeEnd - element.attributeBegin() : 0;
+  return {step_down(index, path, element, parent, each), element.end,
+          slice(path, element.attributeBegin(), nameLength)};
 }
 
 // Hangs the target under the node of its last element, making nodes on the way. An attribute
@@ -284,24 +318,22 @@ bool add_path(Index& index, std::string_view path, u32 number, bool kindKnown) {
   Descent descent = shared_beginning(index, path);
   index.previous = path;
   index.previousDepth = descent.depth;
-  const bool each = index.targets[number].collect == Collect::kEach;
+  Target& target = index.targets[number];
+  const bool each = target.collect == Collect::kEach;
   while (descent.position < path.size()) {
-    RequestedElement element = {};
-    element.parent = descent.node;
-    u32 end = 0;
-    descent.node = step_along(index, path, element, descent.position, each, end);
-    if (descent.node == kNone) return false;
-    if (end == path.size()) {
-      Target& target = index.targets[number];
-      if (!kindKnown && !element.bareAttribute.empty()) {
+    const Step step = step_along(index, path, descent.position, descent.node, each);
+    if (step.node == kNone) return false;
+    descent.node = step.node;
+    if (step.end == path.size()) {
+      if (!kindKnown && !step.bareAttribute.empty()) {
         target.isAttribute = true;
-        target.attributeName = element.bareAttribute.data();
-        target.attributeNameLength = static_cast<u32>(element.bareAttribute.size());
+        target.attributeName = step.bareAttribute.data();
+        target.attributeNameLength = static_cast<u32>(step.bareAttribute.size());
       }
       attach(index, descent.node, number, false);
       return true;
     }
-    descent.position = end + 1;
+    descent.position = step.end + 1;
     remember_element(index, descent);
   }
   attach(index, descent.node, number, true);

@@ -71,6 +71,13 @@ struct AttributeReading {
   bool irregular = false;  // the path's text needs the path buffer
 };
 
+// A prefix's first eight bytes and what follows it: only as many are compared as a name's prefix has.
+u64 prefix_word(const Scan& scan, std::string_view prefix) {
+  const u64 offset = static_cast<u64>(prefix.data() - scan.document.data());
+  const u64 rest = scan.document.size() - offset;
+  return load_bytes(prefix.data(), rest < 8 ? static_cast<u32>(rest) : 8);
+}
+
 void list_declared(Scan& scan) {
   scan.declaredCount = 0;
   scan.known[0] = scan.known[1] = {};
@@ -78,11 +85,9 @@ void list_declared(Scan& scan) {
   for (u32 row = 0; row < kNamespaceCount; ++row) {
     if (scan.declaredAt[row] == 0) continue;
     const ClXmlNameSpaceEntry& entry = scan.table[row];
-    const u32 length =
-        entry.declaredPrefixLength < 8 ? static_cast<u32>(entry.declaredPrefixLength) : 8;
     const std::string_view prefix = {entry.declaredPrefix, entry.declaredPrefixLength};
-    scan.declared[scan.declaredCount++] = {load_bytes(entry.declaredPrefix, length), prefix.size(),
-                                           row, prefix == kNamespaces[row].prefix};
+    scan.declared[scan.declaredCount++] = {prefix_word(scan, prefix), prefix.size(), row,
+                                           prefix == kNamespaces[row].prefix};
   }
 }
 
