@@ -271,6 +271,8 @@ void answer(Query& query, const Finding& finding) {
   query.status = result_of(finding);
   query.offset = finding.firstOffset;
   query.length = finding.firstLength;
+  query.rangeCount = 0;
+  if (finding.list == nullptr && !query.ranges) return;
   query.ranges.reset(static_cast<ClXmlValueRange*>(finding.list));
   query.rangeCount = finding.list == nullptr ? 0 : finding.count;
 }

@@ -204,10 +204,12 @@ inline TagName read_name(Scan& scan, const char* text, u32 length) {
   return name;
 }
 
+[[gnu::noinline]] bool has_other_name(const Node& node, const TagName& name) {
+  return names_match(node, {name.text, name.length}, name.localBegin - 1, name.row);
+}
+
 inline bool has_name(const Node& node, const TagName& name) {
-  if (name.row != kNone) {
-    return names_match(node, {name.text, name.length}, name.localBegin - 1, name.row);
-  }
+  if (name.row != kNone) return has_other_name(node, name);
   return node.nameLength == name.length && equal_bytes(node.text, name.text, name.length);
 }
 
@@ -542,12 +544,14 @@ inline i32 take_start_tag(Scan& scan, Cursor& cursor) {
   return take_read_tag(scan, cursor, name, tag.nameLength, &tag);
 }
 
+// An end tag whose name is read by `Same`.
+template <bool (*Same)(const char*, const char*, u32)>
 inline i32 take_end_tag(Scan& scan, Cursor& cursor) {
   const u32 begin = cursor.mark[0] + 2;
   const u32 length = cursor.mark[1] - begin;
   const OpenElement& top = *cursor.top;
   if (top.length != length || length > 2 * kLane || top.generation != scan.generation ||
-      !same_name(cursor.text + top.offset, cursor.text + begin, length)) {
+      !Same(cursor.text + top.offset, cursor.text + begin, length)) {
     return kUnusual;
   }
   if ((top.flags & kElementTargets) != 0) {
@@ -562,11 +566,26 @@ inline i32 take_end_tag(Scan& scan, Cursor& cursor) {
   return kSuccess;
 }
 
+bool same_last_name(const char* a, const char* b, u32 length) {
+  return equal_bytes(a, b, length);
+}
+
+// Near the document's end, where no lane can be read: an end tag right behind the one before.
+[[gnu::noinline]] i32 take_last_tag(Scan& scan, Cursor& cursor) {
+  const u32 begin = cursor.mark[0];
+  const u32 end = cursor.mark[1];
+  const bool isEndTag = end < scan.document.size() && cursor.at == begin &&
+                        cursor.text[begin] == '<' && cursor.text[begin + 1] == '/' &&
+                        cursor.text[end] == '>';
+  return isEndTag ? take_end_tag<same_last_name>(scan, cursor) : kUnusual;
+}
+
 // One tag and the text in front of it; kUnusual: what follows cursor.at is for take_next.
 inline i32 take_usual(Scan& scan, Cursor& cursor) {
   const u32 begin = cursor.mark[0];
   const u32 end = cursor.mark[1];
-  if (end >= cursor.limit || cursor.text[begin] != '<' || cursor.text[end] != '>') return kUnusual;
+  if (end >= cursor.limit) return take_last_tag(scan, cursor);
+  if (cursor.text[begin] != '<' || cursor.text[end] != '>') return kUnusual;
   if (cursor.at != begin) {
     while (cursor.at != begin && is_space(cursor.text[cursor.at])) ++cursor.at;
     if (cursor.at != begin) {
@@ -576,7 +595,7 @@ inline i32 take_usual(Scan& scan, Cursor& cursor) {
     }
   }
   const char kind = cursor.text[begin + 1];
-  if (kind == '/') return take_end_tag(scan, cursor);
+  if (kind == '/') return take_end_tag<same_name>(scan, cursor);
   return is_letter(kind) ? take_start_tag(scan, cursor) : kUnusual;
 }
 

@@ -106,7 +106,6 @@ i32 pick_up_namespace(Scan& scan, std::string_view prefix, std::string_view valu
       entry.declaredPrefix = prefix.data();
       entry.declaredPrefixLength = prefix.size();
       if (prefix.front() == '"') scan.quotedPrefix = true;
-      list_declared(scan);
     }
     return kSuccess;
   }
@@ -170,6 +169,7 @@ AttributeName measure_attribute_name(std::string_view document, const CurrentAtt
 
 // Reads scan.attributes in order and leaves those that declare no namespace.
 i32 read_attributes(Scan& scan, AttributeReading& reading) {
+  const u16 generation = scan.generation;
   u32 kept = 0;
   for (u32 i = 0; i < scan.attributes.size; ++i) {
     CurrentAttribute& attribute = scan.attributes[i];
@@ -191,6 +191,7 @@ i32 read_attributes(Scan& scan, AttributeReading& reading) {
     ++kept;
   }
   scan.attributes.size = kept;
+  if (scan.generation != generation) list_declared(scan);
   return kept <= kFewAttributes || index_attributes(scan) ? kSuccess : kNoMemory;
 }
 

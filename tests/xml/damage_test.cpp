@@ -74,7 +74,7 @@ TEST(ShortMemory, Scan) {
     for (const std::string& path : one.paths) {
       const auto group = static_cast<std::uint32_t>(queries.size());
       queries.push_back(
-          {path, group % 2 == 0 ? pxcl::xml::Wanted::kAll : pxcl::xml::Wanted::kFirst, group});
+          {{path, group % 2 == 0 ? pxcl::xml::Wanted::kAll : pxcl::xml::Wanted::kFirst, group}});
     }
     const int result = pxcl::xml::scan(one.document, 0, queries, nullptr);
     if (!failing) whole = result;

@@ -62,7 +62,16 @@ class Generator {
   }
 
   std::string name() {
-    static const char* const kPlain[] = {"a", "b", "c", "p:a", "p:b", "q:a", "zirk:a", "zi:a"};
+    static const char* const kPlain[] = {"a",
+                                         "b",
+                                         "c",
+                                         "p:a",
+                                         "p:b",
+                                         "q:a",
+                                         "zirk:a",
+                                         "zi:a",
+                                         "p:name_of_more_than_16",
+                                         "name_of_more_than_thirty_two_bytes"};
     static const char* const kOdd[] = {"a/b", "a\"",     "b\"c",  "a/",      "a//b",
                                        "a:",  "xmlns:a", "p",     "a=b",     "pp:a",
                                        "a'",  "vrx:b",   "a:b:c", "b\"/c\"", "a<b"};
@@ -79,8 +88,11 @@ class Generator {
   }
 
   std::string attribute() {
-    static const char* const kPlain[] = {"k=\"v\"",   "l=\"w\"", "k=\"w\"",  "p:k=\"v\"",
-                                         "k=\"q:x\"", "k=\"x\"", "k=\"p:x\""};
+    static const char* const kPlain[] = {
+        "k=\"v\"",   "l=\"w\"",   "k=\"w\"",
+        "p:k=\"v\"", "k=\"x\"",   "k=\"value-of.more,than 16\"",
+        "k=\"q:x\"", "k=\"p:x\"", "name_of_more_than_16=\"v\"",
+    };
     static const char* const kOdd[] = {
         "k=\"\"",         "k=\" v \"",   "k='v'",    "k='v' l=\"v\"", "k = \"v\"", "k=\"v/w\"",
         "k=\"v\"k=\"w\"", "k\"=\"v\"",   "k/=\"v\"", "k=zz\"v\"",     "k=\":x\"",  "k=\"q:\"",

@@ -1,0 +1,95 @@
+// SPDX-FileCopyrightText: 2026 The pxcl developers
+// SPDX-License-Identifier: Apache-2.0
+
+// Plans that the compiler made against the same keys handed in one by one.
+
+#include "xml/fixed_plan.hpp"
+
+#include <gtest/gtest.h>
+
+#include <sstream>
+
+#include "support.hpp"
+
+namespace {
+
+using pxcl::xml::EachText;
+using pxcl::xml::Key;
+using pxcl::xml::Query;
+using pxcl::xml::Wanted;
+
+#define ITEM "cmd/zirk:a/zirk:item_of_many k"
+
+// Every form of a simple key; two keys of one element, and one that ends where another goes on.
+constexpr std::array<Key, 13> kKeys = {{
+    {"cmd/zirk:a"},
+    {"cmd/zirk:a", Wanted::kAll, 1},
+    {"cmd/zirk:a/zirk:b", Wanted::kAll},
+    {"cmd/zirk:a/vrx:b", Wanted::kAll, 2},
+    {"cmd/zirk:a/b_c", Wanted::kAll},
+    {ITEM, Wanted::kAll},
+    {ITEM "/vrx:b", Wanted::kAll},
+    {ITEM "=\"v\"", Wanted::kAll, 3},
+    {ITEM "=\"v\"/zirk:b", Wanted::kAll, 3},
+    {ITEM "=\"value-of.more,than 16/x\"", Wanted::kAll},
+    {ITEM "=\"ikw:x\"", Wanted::kAll},
+    {ITEM, Wanted::kEach, 4},
+    {"cmd/zirk:a l=\"w\"/zirk:b", Wanted::kAll},
+}};
+constexpr auto kPlan = pxcl::xml::fixed_plan<kKeys>();
+
+// What is found, as text.
+template <typename Scan>
+std::string answers(const Scan& scan) {
+  std::ostringstream out;
+  std::vector<Query> queries(kKeys.size());
+  for (std::size_t i = 0; i < kKeys.size(); ++i) static_cast<Key&>(queries[i]) = kKeys[i];
+  Query& each = queries[11];
+  each.reader = &out;
+  each.take = [](void* reader, const EachText& text) {
+    *static_cast<std::ostringstream*>(reader) << "[" << text.key << "] " << text.offset << '+'
+                                              << text.length << ' ' << text.status << '\n';
+  };
+  out << "result " << scan(queries) << '\n';
+  for (const Query& query : queries) {
+    out << query.path << ": " << query.status << ' ' << query.offset << '+' << query.length;
+    for (pxcl::u32 i = 0; i < query.rangeCount; ++i) {
+      out << ' ' << query.ranges[i].offset << '+' << query.ranges[i].length;
+    }
+    out << '\n';
+  }
+  return out.str();
+}
+
+const std::string kDeclared = " xmlns:p=\"" + std::string(clNsTable[0].uri) + "\" xmlns:vrx=\"" +
+                              clNsTable[1].uri + "\" xmlns:i=\"" + clNsTable[3].uri + "\"";
+
+std::string item(const std::string& attributes) {
+  return "<p:item_of_many" + attributes + ">t<p:b>1</p:b><vrx:b>22</vrx:b></p:item_of_many>";
+}
+
+TEST(FixedPlan, AnswersAsKeysHandedInDo) {
+  std::string inside = "text<p:b>x</p:b><vrx:b>y</vrx:b><b_c/><p:b></p:b>";
+  for (const char* attributes :
+       {"", " k=\"v\"", " k=\"value-of.more,than 16/x\"", " k=\"i:x\"", " k=\"x\"", "  k='v'",
+        " k=\" v \"", " k=\"\"", " k=\"v\" l=\"w\"", " l=\"w\"", " k=\"w\" k=\"v\""}) {
+    inside += item(attributes);
+  }
+  for (const std::string& root : {kDeclared, std::string(" xmlns:zirk=\"u\"")}) {
+    for (const std::string& tag : {std::string("p:a"), std::string("zirk:a")}) {
+      for (const std::string& attribute : {std::string(), std::string(" l=\"w\"")}) {
+        const std::string text = "<?xml ?><cmd" + root + "><" + tag + attribute + ">" + inside +
+                                 "</" + tag + "></cmd>" + std::string(80, ' ');
+        const auto fixed = [&](std::vector<Query>& queries) {
+          return pxcl::xml::scan(text, kPlan.plan(), queries, nullptr);
+        };
+        const auto handed = [&](std::vector<Query>& queries) {
+          return pxcl::xml::scan(text, 0, queries, nullptr);
+        };
+        EXPECT_EQ(answers(fixed), answers(handed)) << text;
+      }
+    }
+  }
+}
+
+}  // namespace
