@@ -4,6 +4,7 @@
 // Zero-filled blocks: the library's only way to the system's allocator.
 
 #include <cstdlib>
+#include <cstring>
 #include <utility>
 
 #include "kwvs.h"
@@ -13,6 +14,9 @@ namespace {
 
 constexpr pxcl::i32 kSystemSelector = 1;
 constexpr pxcl::u32 kSystemValue = 3;
+
+// The C library keeps blocks up to this size at hand for malloc, but takes the long way in calloc.
+constexpr pxcl::u64 kSmall = 1024;
 
 }  // namespace
 
@@ -52,7 +56,10 @@ void KWVSDisposePTR(void* block) {
 }
 
 void* KWVSNewPTRX(uint64_t size) {
-  return size == 0 ? nullptr : std::calloc(1, size);
+  if (size == 0) return nullptr;
+  if (size > kSmall) return std::calloc(1, size);
+  void* block = std::malloc(size);
+  return block == nullptr ? nullptr : std::memset(block, 0, size);
 }
 
 void KWVSDisposePTRX(void* block) {
