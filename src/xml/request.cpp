@@ -25,6 +25,7 @@ struct Declaration {
 Declaration check_declaration(std::string_view document) {
   constexpr std::string_view kMark = "<?xml";
   if (document.size() <= kMark.size()) return {kEndsTooEarly, 0};
+  if (document.starts_with(kMark) && is_space(document[kMark.size()])) return {kSuccess, 0};
   const void* found = memmem(document.data(), document.size(), kMark.data(), kMark.size());
   if (found == nullptr) return {kNoDeclaration, 0};
   const u64 at = static_cast<u64>(static_cast<const char*>(found) - document.data());

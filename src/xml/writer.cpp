@@ -92,9 +92,17 @@ struct Job {
   ClXmlParameter& parameter(const Change& change) const { return parameters[change.parameter]; }
 };
 
+// Records mostly are in order already.
+template <typename Before>
+void sort(std::span<Change> changes, const Before& before) {
+  if (!std::is_sorted(changes.begin(), changes.end(), before)) {
+    std::sort(changes.begin(), changes.end(), before);
+  }
+}
+
 // By offset in the document, then by place in the request.
 void sort_by_offset(const Job& job) {
-  std::sort(job.changes.begin(), job.changes.end(), [&](const Change& a, const Change& b) {
+  sort(job.changes, [&](const Change& a, const Change& b) {
     const u64 first = job.parameter(a).valueOffset;
     const u64 second = job.parameter(b).valueOffset;
     return first != second ? first < second : a.parameter < b.parameter;
@@ -206,7 +214,7 @@ void write_document(const Job& job) {
 // Callers tell their records apart by the path pointer: those that share one all get what became of
 // the one that lies furthest back in the document.
 void report(const Job& job) {
-  std::sort(job.changes.begin(), job.changes.end(), [&](const Change& a, const Change& b) {
+  sort(job.changes, [&](const Change& a, const Change& b) {
     const ClXmlParameter& first = job.parameter(a);
     const ClXmlParameter& second = job.parameter(b);
     if (first.path != second.path) return std::less<const char*>()(first.path, second.path);
