@@ -39,13 +39,6 @@ inline bool names_match(const Node& node, std::string_view name, u32 colon, u32 
          equal_bytes(node.text + prefix.size(), name.data() + colon, length);
 }
 
-// The same for a name from which eight bytes can be read.
-inline bool names_match(const Scan& scan, const Node& node, const char* name, u32 length,
-                        u32 colon) {
-  const u32 row = colon == kNone ? kNone : find_other_row(scan, name, colon);
-  return names_match(node, {name, length}, colon, row);
-}
-
 // Adds the nodes with this key below `parent` that the start tag matches; false when memory is
 // short.
 inline bool probe(Scan& scan, u32 key, u32 parent, const StartTag& tag) {

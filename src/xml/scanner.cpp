@@ -263,8 +263,8 @@ inline bool is_clean_value(const char* value, u32 length) {
   return true;
 }
 
-// Reads `name attribute="value"`; false for any other tag. `low` marks the bytes up to "/" of the
-// tag's first two lanes.
+// Reads `name attribute="value"`; false for any other tag, and for an attribute that may declare a
+// namespace or has no name. `low` marks the bytes up to "/" of the tag's first two lanes.
 inline bool read_attribute(const char* text, u32 length, u64 low, AttributeTag& tag) {
   if (length > kBlock) return false;
   if (length > 2 * kLane) low |= low_marks(text + 2 * kLane) << 2 * kLane;
@@ -274,7 +274,8 @@ inline bool read_attribute(const char* text, u32 length, u64 low, AttributeTag& 
   if (rest == 0 || blank > 2 * kLane) return false;
   const u32 quote = lowest(rest);
   if (quote + 2 >= length || quote < blank + 3 || text[blank] != ' ' || text[quote] != '"' ||
-      text[quote - 1] != '=' || text[length - 1] != '"' || text[blank + 1] == 'x') {
+      text[quote - 1] != '=' || text[length - 1] != '"' || text[blank + 1] == 'x' ||
+      text[blank + 1] == '=') {
     return false;
   }
   tag.text = text;

@@ -97,8 +97,8 @@ class Generator {
         "k=\"\"",         "k=\" v \"",   "k='v'",    "k='v' l=\"v\"", "k = \"v\"", "k=\"v/w\"",
         "k=\"v\"k=\"w\"", "k\"=\"v\"",   "k/=\"v\"", "k=zz\"v\"",     "k=\":x\"",  "k=\"q:\"",
         "\"p:k=\"v\"",    "k=\"ikw:x\"", "<k=\"v\"", "k=\"p:v/\"",    "k=\"v'w\""};
-    static const char* const kBad[] = {"k",      "k=\"v",   "k l=\"v\"",
-                                       "=\"v\"", "k=\"<\"", "xmlns:=\"u\""};
+    static const char* const kBad[] = {"k",       "k=\"v",        "k l=\"v\"", "=\"v\"",
+                                       "k=\"<\"", "xmlns:=\"u\"", "=k=\"v\""};
     if (chance(5)) return declaration();
     if (chance(150)) return pick(kBad);
     return chance(5) ? pick(kOdd) : pick(kPlain);
@@ -199,6 +199,19 @@ TEST(Routes, AgreeOnKeysOfOddElements) {
           "<b/a k=\"v\"><c/></a></b><b/a k=\":v\">x</a>", "<b/a \"k=\"v\"><x k=\"w\">t</x>"}) {
       const std::string document = std::string("<?xml ?>t<cmd>") + body + "</cmd>";
       EXPECT_EQ(pxcl_test::compare_routes({0, {path}, 0, document}), "") << path << document;
+    }
+  }
+}
+
+// An attribute begins at the blank, whatever stands there, and its name ends at the first "=".
+TEST(Routes, AgreeOnEqualSignsInNames) {
+  for (const char* attribute : {"=k=\"v\"", "==\"v\"", "k==\"v\"", "k=l=\"v\"", "p:k=l=\"v\""}) {
+    for (const char* name : {"b", "c"}) {
+      const std::string tag = std::string(name) + " " + attribute + ">t</" + name + ">";
+      const std::string document = "<?xml ?><cmd><a><" + tag + "<" + tag + "</a></cmd>";
+      const std::string path = "cmd/a/b k";
+      EXPECT_EQ(pxcl_test::compare_routes({0, {path, path + "=\"v\""}, 0, document}), "")
+          << document;
     }
   }
 }
