@@ -118,7 +118,7 @@ std::uint32_t put_parameters(Stage& s, Parameter* to, std::string_view paths) {
   std::uint32_t count = 0;
   for (std::size_t begin = 0; begin < paths.size(); ++count) {
     const std::size_t end = paths.find('\n', begin);
-    to[count].path = text + begin;
+    to[count].path = text.data == nullptr ? nullptr : text + begin;
     to[count].pathLength = end - begin;
     begin = end + 1;
   }
@@ -207,12 +207,12 @@ std::int64_t run_at(Stage& s, std::initializer_list<std::string_view> path, Step
 }
 
 ClXmlAttribute* attribute(Stage& s, std::string_view name, std::string_view value) {
-  const Text left = s.in(name), right = s.in(value);
+  const Text left = s.kept(name), right = s.kept(value);
   return s.record(ClXmlAttribute{left, left.size, right, right.size});
 }
 
 const ClXmlElement* element(Stage& s, std::string_view name) {
-  const Text text = s.in(name);
+  const Text text = s.kept(name);
   return s.record(ClXmlElement{text, text.size, attribute(s, "k", "\"v\""), 1});
 }
 
@@ -222,7 +222,7 @@ const ClssKeyValue* keys(Stage& s) {
   const Text first = s.in("cmd/a k=\"v\""), second = s.in("cmd/d/e"), value = s.in("x");
   const ClssKeyValue both[2] = {{first, first.size, value, value.size},
                                 {second, second.size, nullptr, 0}};
-  return *s.copy(both);
+  return s.list(both);
 }
 
 template <typename Access>
@@ -437,9 +437,9 @@ const Call kCalls[] = {
   CALL(CheckJobID, 0, kTakesNone, f(JOB, s.in("00000042"), 8)),
   CALL(GetIdOrValue, 0, kTakesNone, f(nullptr, 0, s.in("7"), 1, s.out<std::uint32_t>(), s.out<std::uint16_t>())),
   CALL(CopyValueText, 1, kNull, given(f(s.in("a b"), 3))),
-  STEPS(Get_NeedBufferSize2, 8, kTakesNone, const char* const list[] = {s.string("abc")}; return f(s.string("<%s>"), *s.copy(list), 1);),
+  STEPS(Get_NeedBufferSize2, 8, kTakesNone, const char* const list[] = {s.string("abc")}; return f(s.string("<%s>"), s.list(list), 1);),
   STEPS(clss_Sprintf, 5, answers({-1}, kAll), const char* const list[] = {s.string("abc")};
-        return f(s.buffer({"<%s>\0...", 8}), 8, *s.copy(list), 1);),
+        return f(s.buffer({"<%s>\0...", 8}), 8, s.list(list), 1);),
   READ(CheckOpeAndRes, 0, kKeyed, reply(s, "capability_small"), kGetCapability),
   STEPS(Get_ItemSet, 0, kKeyed, const auto [d, n] = reply(s, "capability_small");
         ItemSet* const all = items(s, 0, false, "papersize"); return end_items(s, all, f(d, n, all));),
@@ -497,7 +497,7 @@ const Call kCalls[] = {
         return f({2, 4, 1, 2}, {1, 4}, JOB, d, n, TO_BUFFER(64));),
   STEPS(PXCL_GetSetConfigurationCommand, 0, answers({-2}, kAll), const auto [d, n] = reply(s, "capability_small");
         const std::uint16_t six[] = {0, 4, 1, 2, 1, 4};
-        return f(*s.copy(six), JOB, 2048, d, n, s.buffer(2048), s.out<std::uint64_t>());),
+        return f(s.list(six), JOB, 2048, d, n, s.buffer(2048), s.out<std::uint64_t>());),
   CALL(CLSS_MakeCommand_SetConfigurationDevice, 0, kTakesNone, f({1, 2}, JOB, TO_BUFFER(64))),
   CALL(CLSS_MakeCommand_SetJobConfiguration_Maintenance, 0, kTakesNone, f(JOB, s.string("20240102030405"), TO_BUFFER(64))),
   CALL(PXCL_MakeCommand_SetJobConfiguration_Maintenance, 0, kTakesNone, f(JOB, nullptr, TO_BUFFER(64))),
@@ -519,7 +519,7 @@ const Call kCalls[] = {
   STEPS(parseCommonStatusResponse, 0, kReader, const auto [d, n] = reply(s, "status_busy");
         const Text key = s.in("cmd/zirk:contents/zirk:param_set servicetype=\"print\"/zirk:status");
         const ClssKeyValue one = {key, key.size, nullptr, 0}, absent = {key, 17, nullptr, 0}, five[5] = {one, one, absent, absent, absent};
-        return f(d, n, *s.copy(five), 5, s.out_of_version<ClssStatusCommon>(0));),
+        return f(d, n, s.list(five), 5, s.out_of_version<ClssStatusCommon>(0));),
   READ(CLSS_ParseStatusResponsePrint, 0, kReader, reply(s, "status_busy"), s.out_of_version<ClssStatus>(1)),
   READ(CLSS_ParseStatusResponsePrint2, 0, kReader, reply(s, "status_busy"), s.string("00000034"), s.out_of_version<ClssStatus>(1)),
   READ(CLSS_ParseStatusResponseMaintenance, 0, kReader, reply(s, "status_maintenance"), s.string("00000056"),

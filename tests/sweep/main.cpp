@@ -4,6 +4,7 @@
 // sweep MODE: every exported function, called
 //   heap     with exact blocks, for the tools that watch every access
 //   pages    with its texts and variables against unreadable pages
+//   nulls    with each of its texts and variables a null pointer in turn
 //   memory   with each of its allocations failing, alone and with all that follow
 //   threads  by eight threads at once
 // or listed: names
@@ -33,7 +34,7 @@ std::uint64_t currentFailure;
 int faults;
 
 void report(const Call& call, const char* what, std::int64_t value) {
-  std::fprintf(stderr, "%s, allocation %llu failed: %s %lld\n", call.name,
+  std::fprintf(stderr, "%s, failure %llu: %s %lld\n", call.name,
                static_cast<unsigned long long>(currentFailure), what,
                static_cast<long long>(value));
   __atomic_add_fetch(&faults, 1, __ATOMIC_RELAXED);
@@ -49,6 +50,7 @@ struct Outcome {
   std::uint64_t digest;
   std::uint64_t allocations;
   bool untouched;
+  bool denied;
 };
 
 Outcome make(const Call& call, Stage& stage) {
@@ -61,6 +63,7 @@ Outcome make(const Call& call, Stage& stage) {
   outcome.allocations = all.made;
   if (all.live != live) report(call, "leaks blocks", all.live - live);
   outcome.untouched = stage.is_untouched(call.shortage.keeps);
+  outcome.denied = stage.has_denied();
   stage.note(static_cast<std::uint64_t>(outcome.answer));
   outcome.digest = stage.end(overrun);
   if (overrun) report(call, "writes outside its variables", 0);
@@ -122,6 +125,23 @@ void make_without_memory() {
   std::printf("%llu failures\n", static_cast<unsigned long long>(failures));
 }
 
+// Nothing is asked of the answer: some may be null.
+void make_with_nulls() {
+  Stage stage(Ground::kBeforePage);
+  std::uint64_t nulls = 0;
+  for (const Call& call : calls()) {
+    current = &call;
+    bool denied = true;
+    for (std::uint64_t nth = 1; denied; ++nth, ++nulls) {
+      currentFailure = nth;
+      stage.deny(nth);
+      denied = make(call, stage).denied;
+    }
+    --nulls;
+  }
+  std::printf("%llu nulls\n", static_cast<unsigned long long>(nulls));
+}
+
 constexpr int kThreads = 8, kRounds = 50;
 std::uint64_t expected[512];
 
@@ -162,17 +182,15 @@ int main(int count, char** arguments) {
   constexpr struct {
     const char* name;
     void (*run)();
-  } kModes[] = {{"heap", make_on_heap},
-                {"pages", make_on_pages},
-                {"memory", make_without_memory},
-                {"threads", make_at_once},
-                {"names", list_names}};
+  } kModes[] = {{"heap", make_on_heap},          {"pages", make_on_pages},
+                {"memory", make_without_memory}, {"threads", make_at_once},
+                {"nulls", make_with_nulls},      {"names", list_names}};
   signal(SIGSEGV, tell_where);
   for (const auto& mode : kModes) {
     if (count != 2 || std::strcmp(arguments[1], mode.name) != 0) continue;
     mode.run();
     return faults == 0 ? 0 : 1;
   }
-  std::fprintf(stderr, "usage: sweep heap|pages|memory|threads|names\n");
+  std::fprintf(stderr, "usage: sweep heap|pages|nulls|memory|threads|names\n");
   return 2;
 }

@@ -108,6 +108,7 @@ void* Stage::read_only(const void* bytes, std::uint64_t size) {
 }
 
 void* Stage::written(std::uint64_t size, const void* initial) {
+  if (next_is_denied()) return nullptr;
   char* const begin = place(size, Place::Use::kWritten);
   if (initial != nullptr) {
     std::memcpy(begin, initial, size);
@@ -122,8 +123,12 @@ void* Stage::recorded(std::uint64_t size) {
   return place(size, Place::Use::kRecord);
 }
 
-Text Stage::in(std::string_view text) {
+Text Stage::kept(std::string_view text) {
   return {static_cast<const char*>(read_only(text.data(), text.size())), {text.size()}};
+}
+
+Text Stage::in(std::string_view text) {
+  return next_is_denied() ? Text{nullptr, {text.size()}} : kept(text);
 }
 
 char* Stage::buffer(std::string_view initial) {
@@ -165,7 +170,7 @@ std::uint64_t Stage::end(bool& overrun) {
   }
   const std::uint64_t result = digest_;
   digest_ = kBasis;
-  used_ = 0;
+  used_ = asked_ = 0;
   return result;
 }
 

@@ -42,10 +42,12 @@ class Stage {
 
   // Texts and records that the call may only read.
   Text in(std::string_view text);
+  Text kept(std::string_view text);  // never a null pointer
   const char* string(const char* text) { return in({text, std::strlen(text) + 1}); }
-  template <typename Record>
-  const Record* copy(const Record& record) {
-    return static_cast<const Record*>(read_only(&record, sizeof record));
+  template <typename Record, std::size_t count>
+  const Record* list(const Record (&records)[count]) {
+    return next_is_denied() ? nullptr
+                            : static_cast<const Record*>(read_only(records, sizeof records));
   }
 
   // What the call is to write: filled, or holding an initial value.
@@ -66,6 +68,10 @@ class Stage {
   template <typename Record>
   Record* record(const Record& initial, std::uint64_t count = 1);
 
+  // From now on the `nth` of a call's texts and variables is a null pointer (but for kept() and record()).
+  void deny(std::size_t nth) { denied_ = nth; }
+  bool has_denied() const { return asked_ >= denied_; }  // before the end of the call
+
   // One more result of the call.
   void note(std::uint64_t value) { mix(&value, sizeof value); }
 
@@ -83,6 +89,7 @@ class Stage {
     enum class Use { kRead, kWritten, kRecord } use;
   };
 
+  bool next_is_denied() { return ++asked_ == denied_; }
   char* place(std::uint64_t size, Place::Use use);
   void* read_only(const void* bytes, std::uint64_t size);
   void* written(std::uint64_t size, const void* initial = nullptr);
@@ -96,6 +103,8 @@ class Stage {
   char* pages_ = nullptr;
   Place places_[kPlaces];
   std::size_t used_ = 0;
+  std::size_t asked_ = 0;
+  std::size_t denied_ = 0;  // 0: none
   std::uint64_t digest_;
 };
 
