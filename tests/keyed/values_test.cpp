@@ -17,24 +17,42 @@ using pxcl_test::ExactBlock;
 struct Dictionary {
   const ClssDicRow* rows;
   std::uint16_t count;
+  std::uint32_t checksum = 0;  // of its keywords and codes
 };
 
 const Dictionary kDictionaries[] = {
-    {glb_clssdicServiceTypeTbl, CLSS_NUM_SERVICETYPE_LIST},
-    {glb_clssdicInkgroupTbl, CLSS_DICNUM_INKGROUP},
-    {glb_clssdicInputbinTbl, CLSS_DICNUM_INPUTBIN},
-    {glb_clssdicPaperTypeDiscLabelPrintTbl, CLSS_NUM_PAPERTYPE_DISC_LABEL_PRINT},
-    {glb_clssdicPaperTypeTbl, CLSS_DICNUM_PAPERTYPE},
-    {glb_clssdicPaperSizeTbl, CLSS_DICNUM_PAPERSIZE},
-    {glb_clssdicMismatchModeTbl, CLSS_DICNUM_MISMATCH_MODE},
-    {glb_clssdicHostEnvironmentTbl, CLSS_DICNUM_HOST_ENVIRONMENT},
-    {glb_clssdicMacAddressSortTbl, CLSS_DICNUM_MACADDRESS_SORT},
-    {glb_clssdicDuplexPrintTbl, CLSS_DICNUM_DUPLEXPRINT},
-    {glb_clssdicColormodeTbl, CLSS_DICNUM_COLORMODE},
-    {glb_clssdicDataFormatTbl, CLSS_DICNUM_DATAFORMAT},
-    {glb_clssdicStatusDetailTbl, CLSS_DICNUM_STATUSDETAIL},
-    {glb_clssdicResponseDetailTbl, CLSS_DICNUM_RESDETAIL},
-    {glb_clssdicOperationTbl, CLSS_DICNUM_OPERATION},
+    {glb_clssdicServiceTypeTbl, CLSS_NUM_SERVICETYPE_LIST, 0x651D2D98},
+    {glb_clssdicInkgroupTbl, CLSS_DICNUM_INKGROUP, 0x9AD1C06C},
+    {glb_clssdicInputbinTbl, CLSS_DICNUM_INPUTBIN, 0x0229D5D6},
+    {glb_clssdicPaperTypeDiscLabelPrintTbl, CLSS_NUM_PAPERTYPE_DISC_LABEL_PRINT, 0x94C31432},
+    {glb_clssdicPaperTypeTbl, CLSS_DICNUM_PAPERTYPE, 0xAD8CFDC5},
+    {glb_clssdicPaperSizeTbl, CLSS_DICNUM_PAPERSIZE, 0x02B19269},
+    {glb_clssdicMismatchModeTbl, CLSS_DICNUM_MISMATCH_MODE, 0x0CDF775D},
+    {glb_clssdicHostEnvironmentTbl, CLSS_DICNUM_HOST_ENVIRONMENT, 0xBDE08771},
+    {glb_clssdicMacAddressSortTbl, CLSS_DICNUM_MACADDRESS_SORT, 0x6D2632EA},
+    {glb_clssdicDeviceSideGuideTbl, CLSS_DICNUM_DEVICE_SIDE_GUIDE, 0x7E7799CE},
+    {glb_clssdicPrintPreparationTbl, CLSS_DICNUM_PRINT_PREPARATION, 0xB23FB535},
+    {glb_clssdicTCATbl, CLSS_DICNUM_TCA, 0x3073E884},
+    {glb_clssdicSubModel, CLSS_DICNUM_SUBMODEL, 0x9DD06F19},
+    {glb_clssdicPanelMedia, CLSS_DICNUM_PANEL_PAPERTYPE, 0x018809D4},
+    {glb_clssdicRemoteUIGuideTbl, CLSS_DICNUM_REMOTEUI_GUIDE, 0x9CBBA485},
+    {glb_clssdicRemoteUIpagelinkTypeATbl, CLSS_DICNUM_REMOTEUI_PAGELINK_TYPEA, 0xBAB41045},
+    {glb_clssdicRemoteUIpagelinkTbl, CLSS_DICNUM_REMOTEUI_PAGELINK, 0xAF4454B1},
+    {glb_clssdicNextpageTbl, CLSS_DICNUM_NEXTPAGE, 0x7E7799CE},
+    {glb_clssdicPLIagreementTbl, CLSS_DICNUM_PLI_AGR, 0x85BC3347},
+    {glb_clssdicStapleSideTbl, CLSS_DICNUM_STAPLESIDE, 0xB648945B},
+    {glb_clssdicDuplexPrintTbl, CLSS_DICNUM_DUPLEXPRINT, 0x6CE30406},
+    {glb_clssdicColormodeTbl, CLSS_DICNUM_COLORMODE, 0x47540047},
+    {glb_clssdicBorderlessTbl, CLSS_DICNUM_BORDERLESS, 0xA8565EEF},
+    {glb_clssdicDataFormatTbl, CLSS_DICNUM_DATAFORMAT, 0x6309B162},
+    {glb_clssdicJobProgressTbl, CLSS_DICNUM_JOBPROGRESS, 0x8D6A81C3},
+    {glb_clssdicStatusDetailTbl, CLSS_DICNUM_STATUSDETAIL, 0xDA088509},
+    {glb_clssdicStateTbl, CLSS_DICNUM_STATE, 0x27504DA2},
+    {glb_clssdicStatusTbl, CLSS_DICNUM_STATUS, 0x62647F3D},
+    {glb_clssdicResponseDetailTbl, CLSS_DICNUM_RESDETAIL, 0x0377E21B},
+    {glb_clssdicResponseTbl, CLSS_DICNUM_RESPONSE, 0xE53BC6B7},
+    {glb_clssdicIJOperationTbl, CLSS_DICNUM_IJOPERATION, 0x707C3E90},
+    {glb_clssdicOperationTbl, CLSS_DICNUM_OPERATION, 0xA60942B9},
 };
 
 struct Found {
@@ -59,6 +77,22 @@ std::string spread(const std::string& word) {
 }
 
 constexpr Found kNone = {65535, 65535};
+
+// Printers send and expect these very keywords; callers compare the codes.
+TEST(Dictionaries, HoldTheKeywordsAndCodesOfTheProtocol) {
+  for (const Dictionary& dictionary : kDictionaries) {
+    std::uint32_t sum = 2166136261;
+    const auto add = [&sum](std::uint32_t value) { sum = (sum ^ value) * 16777619; };
+    for (std::uint16_t row = 0; row < dictionary.count; ++row) {
+      const char* const keyword = dictionary.rows[row].keyword;
+      for (const char byte : std::string_view(keyword == nullptr ? "" : keyword)) {
+        add(static_cast<unsigned char>(byte));
+      }
+      add(dictionary.rows[row].code);
+    }
+    EXPECT_EQ(sum, dictionary.checksum) << "table " << &dictionary - kDictionaries;
+  }
+}
 
 TEST(GetVasloID, FindsEveryRowWithAndWithoutBlanks) {
   for (const Dictionary& dictionary : kDictionaries) {

@@ -272,6 +272,28 @@ TEST(Routes, AgreeOnLongPrefixes) {
   EXPECT_EQ(pxcl_test::compare_routes(one), "");
 }
 
+// The bytes are looked at in blocks of 16 and 64: names, values and texts end around their edges.
+TEST(Routes, AgreeAtTheEdgesOfBlocks) {
+  constexpr const char* kRoot = " xmlns:p=\"http://www.example.com/ns/cmd/2008/07/common/\"";
+  for (std::size_t size = 1; size < 72; ++size) {
+    const std::string name(size, 'a'), key = std::string(size, 'k') + ":k", text(3 * size, 'x');
+    const std::string value = "\"" + std::string(size, 'v') + "\"";
+    for (const std::string& end : {name, std::string(size - 1, 'a') + "b", name + "a"}) {
+      EngineCase one;
+      one.document = in_document(kRoot, text + "<p:" + name + " " + key + "=" + value + ">" + text +
+                                            " \t " + "</p:" + end + "><" + name + "/>");
+      const std::string path = "cmd/zirk:" + name;
+      one.paths = {path,
+                   path + " " + key,
+                   path + " " + key + "=" + value,
+                   "cmd/" + name,
+                   path + " " + key + "=" + value + "a",
+                   path + "a"};
+      EXPECT_EQ(pxcl_test::compare_routes(one), "") << size;
+    }
+  }
+}
+
 TEST(Routes, AgreeOnRandomDocuments) {
   expect_agreement(1, 4000, false);
 }
