@@ -8,6 +8,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <cstring>
 
 #include "catalogue.hpp"
 #include "commands.h"
@@ -133,6 +134,8 @@ TEST(Buffers, BeyondThirtyTwoBitsAreClearedOverTheirLowPart) {
   }
 }
 
+constexpr std::uint64_t kWindow = std::uint64_t{16} << 20;
+
 // 2 GiB of address space on 32 MB: one small file mapped over and over, and an end of its own.
 class AliasedBuffer {
  public:
@@ -140,7 +143,7 @@ class AliasedBuffer {
     constexpr int kMine = MAP_PRIVATE | MAP_ANONYMOUS | MAP_NORESERVE;
     start_ = static_cast<char*>(mmap(nullptr, kTwo31, PROT_READ | PROT_WRITE, kMine, -1, 0));
     const int file = memfd_create("buffer", 0);
-    EXPECT_EQ(ftruncate(file, kWindow), 0);
+    EXPECT_EQ(ftruncate(file, static_cast<off_t>(kWindow)), 0);
     for (std::uint64_t at = 0; at < kTwo31 - kWindow; at += kWindow) {
       mmap(start_ + at, kWindow, PROT_READ | PROT_WRITE, MAP_SHARED | MAP_FIXED, file, 0);
     }
@@ -151,9 +154,20 @@ class AliasedBuffer {
   char* data() const { return start_; }
 
  private:
-  static constexpr off_t kWindow = off_t{16} << 20;
   char* start_;
 };
+
+TEST(Buffers, NeverHoldTextsOfThirtyOneBits) {
+  const AliasedBuffer text;
+  for (const std::uint64_t window : {std::uint64_t{0}, kTwo31 - kWindow}) {
+    std::memset(text.data() + window, 'x', kWindow);
+  }
+  text.data()[kTwo31 - 1] = 0;
+  std::uint64_t length = kUnwritten;
+  EXPECT_EQ(CLSS_MakeCommand_EndJob(0, text.data(), nullptr, 0, &length),
+            CLSS_COMMAND_NOT_FORMATTED);
+  EXPECT_EQ(length, kUnwritten);
+}
 
 TEST(Buffers, OfThirtyOneBitsAreClearedToTheirEnd) {
   const AliasedBuffer buffer;

@@ -5,6 +5,7 @@
 // oddities.
 
 #include <gtest/gtest.h>
+#include <sys/mman.h>
 
 #include <random>
 
@@ -270,6 +271,64 @@ TEST(Routes, AgreeOnLongPrefixes) {
                   "<commonpref:a>2</commonpref:a><commonprefixes:a>3</commonprefixes:a>");
   one.paths = {"cmd/zirk:a", "cmd/zirk:a zirk:k=\"v\"", "cmd/commonprefixes:a"};
   EXPECT_EQ(pxcl_test::compare_routes(one), "");
+}
+
+// A run that a caller has altered goes on as the steps would.
+TEST(Routes, AgreeOnRunsThatAreNotFresh) {
+  static const ClXmlMatch kMatch = {1, 9, 2, 1};
+  static void (*const kAlter[])(ClXmlParserData&) = {
+      [](ClXmlParserData& run) { run.serial = 7; },
+      [](ClXmlParserData& run) { run.nameSpaceTable[0].prefix = "q"; },
+      [](ClXmlParserData& run) { run.targets[1].kind = 1; },
+      [](ClXmlParserData& run) { run.targets[1].path = nullptr; },
+      [](ClXmlParserData& run) { run.targets[0].status = 1; },
+      [](ClXmlParserData& run) { run.targets[2].kind = 0; },
+      [](ClXmlParserData& run) { ClXmlAddPath(&run, "/", "cmd", 3); },
+      [](ClXmlParserData& run) {
+        run.targets[0].matches = static_cast<ClXmlMatch*>(ClXmlMemAlloc(sizeof kMatch));
+        *run.targets[0].matches = kMatch;
+        run.targets[0].matchCount = 1;
+      },
+  };
+  const pxcl_test::Texts texts(
+      {0,
+       {"cmd/a", "cmd/zirk:b", "cmd/a k"},
+       0,
+       in_document(" xmlns:p=\"http://www.example.com/ns/cmd/2008/07/common/\"",
+                   "<a k=\"v\">1</a><p:b>2</p:b><a/><q:b>3</q:b>")});
+  for (const auto alter : kAlter) {
+    const auto run = [&](std::int32_t (*parse)(ClXmlParserData*)) {
+      pxcl_test::Request<ClXmlParameter> request(texts);
+      std::string left;
+      pxcl_test::run_route(
+          request, 0, [&](ClXmlParserData* data) { return alter(*data), parse(data); }, left);
+      return left;
+    };
+    const std::string plain =
+        run([](ClXmlParserData* data) { return pxcl::xml::parse_by_steps(*data); });
+    EXPECT_EQ(run(ClXmlParse), plain) << &alter - kAlter;
+  }
+}
+
+// Only its beginning is there: nothing behind the root is looked at.
+TEST(Requests, TakeDocumentsBeyondThirtyTwoBits) {
+  constexpr std::string_view kBegin = "<?xml ?><cmd><a>value</a></cmd>";
+  constexpr std::size_t kSize = (std::size_t{1} << 32) + 1;
+  constexpr int kMine = MAP_PRIVATE | MAP_ANONYMOUS | MAP_NORESERVE;
+  void* const room = mmap(nullptr, kSize, PROT_READ | PROT_WRITE, kMine, -1, 0);
+  ASSERT_NE(room, MAP_FAILED);
+  std::memcpy(room, kBegin.data(), kBegin.size());
+  pxcl_test::Request<ClXmlParameter> single(pxcl_test::Texts({0, {"cmd/a"}, 0, ""}));
+  pxcl_test::Request<ClXmlListParameter> list(pxcl_test::Texts({0, {"cmd/a"}, 0, ""}));
+  single.parameters[0].path = list.parameters[0].path = "cmd/a";
+  single.record.document = list.record.document = static_cast<const char*>(room);
+  single.record.documentLength = list.record.documentLength = kSize;
+  EXPECT_EQ(ClXmlRequestParameter(&single.record), 0);
+  EXPECT_EQ(ClXmlRequestParameterList(&list.record), 0);
+  EXPECT_EQ(single.parameters[0].valueOffset, kBegin.find("value"));
+  ASSERT_EQ(list.parameters[0].rangeCount, 1U);
+  EXPECT_EQ(list.parameters[0].ranges[0].length, 5U);
+  munmap(room, kSize);
 }
 
 // The bytes are looked at in blocks of 16 and 64: names, values and texts end around their edges.

@@ -137,6 +137,17 @@ TEST(Writer, RecordsOfOnePathPointerShareTheLastPlace) {
   EXPECT_EQ(job.request.parameters[0].newValueOffset, second);
 }
 
+TEST(Writer, TheLaterRecordOfOnePathPointerIsWritten) {
+  Job job("<cmd><a>x</a></cmd>", {{"cmd/a", "first"}, {"cmd/a", "second"}, {"cmd/a", "third"}});
+  for (ClXmlParameter& parameter : job.request.parameters) {
+    parameter.path = job.request.parameters[0].path;
+  }
+  EXPECT_EQ(job.run(), "<cmd><a>third</a></cmd>");
+  for (const ClXmlParameter& parameter : job.request.parameters) {
+    EXPECT_EQ(parameter.newValueOffset, kHead.size() + 8);
+  }
+}
+
 TEST(Writer, ManyRecords) {
   std::string body = "<cmd>";
   std::string expected = "<cmd>";
