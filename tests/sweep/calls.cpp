@@ -62,9 +62,8 @@ class Writer {
   char* end_;
 };
 
-// More attributes and depth than the engine holds without a block; perhaps a name that it reads in
-// another way, and refuses at its end.
-void add_crowd(Writer& writer, bool irregular = false) {
+// More attributes and depth than the engine holds without a block.
+void add_crowd(Writer& writer) {
   writer.add("<many");
   for (char name = 'a'; name < 'w'; ++name) {
     writer.add(" ");
@@ -73,16 +72,26 @@ void add_crowd(Writer& writer, bool irregular = false) {
   }
   writer.add("/>");
   writer.add("<d>", 100);
-  if (irregular) writer.add("<s/\"k=\"v\">odd</s/\"k>");
   writer.add("</d>", 100);
 }
 
-std::string_view large_document(bool irregular = false) {
+std::string_view large_document() {
   static thread_local char room[4096];
   Writer writer(room);
   writer.add("<?xml ?><cmd>");
   writer.add("<b/><a k=\"v\">1</a>", 12);
-  add_crowd(writer, irregular);
+  add_crowd(writer);
+  writer.add("</cmd>");
+  return writer.text();
+}
+
+// Elements with names that the engine reads in another way, one in the other.
+std::string_view odd_document() {
+  static thread_local char room[8192];
+  Writer writer(room);
+  writer.add("<?xml ?><cmd xmlns:z=\"http://www.example.com/ns/cmd/2008/07/common/\">");
+  writer.add("<z:s/x z:key=\"z:v\" k=\"text of some length\">", 60);
+  writer.add("<z:s\"x z:key=\"z:v\" k=\"text of some length\">", 60);
   writer.add("</cmd>");
   return writer.text();
 }
@@ -104,10 +113,15 @@ Text reply(Stage& s, const char* name) {
 }
 
 std::string_view many_paths() {
-  static thread_local char room[1024];
+  static thread_local char room[2048];
   Writer writer(room);
-  writer.add(kPaths, 8);
-  writer.add("cmd/many b\ncmd/many b=\"v\" c\n");
+  writer.add(kPaths, 2);
+  writer.add("cmd/many b\ncmd/many b=\"v\" c\ncmd/d/\ncmd/d/d/d/\ncmd/\n");
+  for (char name = 'a'; name < 'z'; ++name) {
+    writer.add("cmd/d/d/");
+    writer.add({&name, 1});
+    writer.add("/x k=\"v\"\n");
+  }
   return writer.text();
 }
 
@@ -333,9 +347,10 @@ const Call kCalls[] = {
   CALL(KWVSStringTo4s, -12, kTakesNone, f(s.in("-12"), 3, s.out<std::uint64_t>(), KWVS_READ_DECIMAL)),
 
   // xml: requests and runs
-  CALL(ClXmlRequestParameter, -10, answers({-10, -11, -2}), ask<ClXmlParameter>(s, f, large_document(true))),
+  CALL(ClXmlRequestParameter, -10, answers({-10, -11, -2}), ask<ClXmlParameter>(s, f, odd_document())),
   CALL(ClXmlRequestParameter, 0, kEngine, ask<ClXmlParameter>(s, f, large_document())),
   CALL(ClComXmlRequestParameter, 0, kEngine, ask<ClXmlParameter>(s, f, large_document())),
+  CALL(ClXmlRequestParameterList, -10, answers({-10, -11, -2}), ask<ClXmlListParameter>(s, f, odd_document())),
   CALL(ClXmlRequestParameterList, 0, kRanges, ask<ClXmlListParameter>(s, f, large_document())),
   CALL(ClComXmlRequestParameterList, 0, kRanges, ask<ClXmlListParameter>(s, f, large_document())),
   STEPS(ClXmlRequestParameterListFree, 0, kRanges,
@@ -365,6 +380,7 @@ const Call kCalls[] = {
         ClXmlParserData* data = nullptr; const int made = ClXmlInitializeParserData(&data, 0, request(s, kDocument), nullptr);
         f(data); return made;),
   CALL(ClXmlParse, 0, kEngine, run(s, f)),
+  CALL(ClXmlParse, -10, answers({-10, -11, -2}), run(s, f, odd_document())),
   CALL(ClXmlParse, 0, kEngine, run(s, f, large_document())),
   STEPS(ClXmlStoreParserData, 0, kRanges,
         ClXmlRequest* const r = request<ClXmlListParameter>(s, kDocument); ClXmlParserData* data = nullptr;
