@@ -101,7 +101,7 @@ Text reply(Stage& s, const char* name) {
   static thread_local char read[8192], room[8192];
   std::snprintf(room, sizeof room, "%s/replies/%s.xml", PXCL_TEST_DATA, name);
   std::FILE* const file = std::fopen(room, "rb");
-  if (file == nullptr) return s.in({});
+  if (file == nullptr) return s.kept({});
   const std::string_view text(read, std::fread(read, 1, sizeof read, file));
   std::fclose(file);
   const std::size_t start = text.find("<zirk:operation>");
@@ -109,7 +109,7 @@ Text reply(Stage& s, const char* name) {
   writer.add(text.substr(0, start));
   add_crowd(writer);
   writer.add(text.substr(start));
-  return s.in(writer.text());
+  return s.sized(writer.text());
 }
 
 std::string_view many_paths() {
@@ -142,7 +142,7 @@ std::uint32_t put_parameters(Stage& s, Parameter* to, std::string_view paths) {
 // A request for few paths or for many, with room for the writer.
 template <typename Parameter = ClXmlParameter>
 ClXmlRequest* request(Stage& s, std::string_view document) {
-  const Text text = s.in(document);
+  const Text text = s.sized(document);
   const std::uint64_t room = document.size() + 64;
   auto* const parameters = s.record(Parameter{}, 64);
   const std::uint32_t count =
@@ -241,7 +241,7 @@ const ClssKeyValue* keys(Stage& s) {
 
 template <typename Access>
 std::int64_t access(Stage& s, Access function, std::int32_t (*release)(ClXmlRequest*)) {
-  const Text document = s.in(kDocument);
+  const Text document = s.sized(kDocument);
   ClXmlRequest** const context = s.record<ClXmlRequest*>(nullptr);
   const std::int32_t status = function(document, document.size, keys(s), 2, context);
   if ((*context != nullptr) != (status == 0)) return kWrong;
@@ -580,14 +580,14 @@ const Call kCalls[] = {
   READ(PXCL_ParseCapabilityResponseMaintenance_DateTime, 2, kReader, reply(s, "capability_maintenance")),
 
   // device
-  READ(CLSS_GetProtocol, 2, answers({1, 2}), s.in(kId)),
-  READ(PXCL_GetProtocol, 2, answers({1, 2}), s.in(kId)),
-  READ(CLSS_HasZIRK, 2, answers({1}), s.in(kId)),
-  READ(CLSS_HasPLI, 2, answers({1}), s.in(kId)),
-  READ(CLSS_IsSupportMinP, 0, kNull, s.in(kId)),
-  READ(CLSS_IsSupportKWNP_From14Autumn, 0, kNull, s.in(kId)),
-  READ(CLSS_IsSupportCorvel, 0, kNull, s.in(kId), 1),
-  READ(CLSS_GetCorvelRequestVersionInfo, -1, answers({-1}), s.in(kId), 1),
+  READ(CLSS_GetProtocol, 2, answers({1, 2}), s.sized(kId)),
+  READ(PXCL_GetProtocol, 2, answers({1, 2}), s.sized(kId)),
+  READ(CLSS_HasZIRK, 2, answers({1}), s.sized(kId)),
+  READ(CLSS_HasPLI, 2, answers({1}), s.sized(kId)),
+  READ(CLSS_IsSupportMinP, 0, kNull, s.sized(kId)),
+  READ(CLSS_IsSupportKWNP_From14Autumn, 0, kNull, s.sized(kId)),
+  READ(CLSS_IsSupportCorvel, 0, kNull, s.sized(kId), 1),
+  READ(CLSS_GetCorvelRequestVersionInfo, -1, answers({-1}), s.sized(kId), 1),
   CALL(CLSS_initPrintSettings, 0, kTakesNone, f(s.out_of_version<ClssPrintSettings>(2))),
   STEPS(CLSS_AutoMakeOtherPrintSettings, 0, answers({-2}, kAll), const auto [d, n] = reply(s, "capability_small");
         return f(0, d, n, settings(s, 4, 1));),
@@ -599,7 +599,7 @@ const Call kCalls[] = {
   // api
   CALL(PXCL_GetPrintCommand, 0, kTakesNone, f(TO_BUFFER(64), JOB, 3)),
   CALL(PXCL_EncodeToString, 13, kTakesNone, f(reinterpret_cast<const std::uint8_t*>(s.in("ok").data), 2, s.buffer(14), 14)),
-  READ(PXCL_DecodeFromString, 2, kTakesNone, s.in("dfdb=aaaaaank"), reinterpret_cast<std::uint8_t*>(s.buffer(2)), 2),
+  READ(PXCL_DecodeFromString, 2, kTakesNone, s.sized("dfdb=aaaaaank"), reinterpret_cast<std::uint8_t*>(s.buffer(2)), 2),
   STEPS(PXCL_GetStringWithTagFromFile, 2, answers({-1}), char** const value = s.record<char*>(nullptr);
         const int size = f(s.string(PXCL_TEST_DATA "/tagged_file"), s.string("T"), 1, value); free(*value); return size;),
   STEPS(PXCL_MakeKWLSetTimeJob, 0, kTakesNone, auto* const job = s.record(std::uint8_t{}, 66); return f(job, 66, s.out<std::uint64_t>());),

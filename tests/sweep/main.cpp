@@ -4,7 +4,7 @@
 // sweep MODE: every exported function, called
 //   heap     with exact blocks, for the tools that watch every access
 //   pages    with its texts and variables against unreadable pages
-//   nulls    with each of its texts and variables a null pointer in turn
+//   nulls    with each of its texts and variables a null pointer in turn, and with each text empty
 //   memory   with each of its allocations failing, alone and with all that follow
 //   threads  by eight threads at once
 // or listed: names
@@ -125,21 +125,25 @@ void make_without_memory() {
   std::printf("%llu failures\n", static_cast<unsigned long long>(failures));
 }
 
-// Nothing is asked of the answer: some may be null.
+// Nothing is asked of the answer: some may be null or empty.
+std::uint64_t deny_each(const Call& call, Stage& stage, Stage::Denied what) {
+  current = &call;
+  bool denied = true;
+  for (currentFailure = 1; denied; ++currentFailure) {
+    stage.deny(currentFailure, what);
+    denied = make(call, stage).denied;
+  }
+  return currentFailure - 2;
+}
+
 void make_with_nulls() {
   Stage stage(Ground::kBeforePage);
-  std::uint64_t nulls = 0;
+  std::uint64_t count = 0;
   for (const Call& call : calls()) {
-    current = &call;
-    bool denied = true;
-    for (std::uint64_t nth = 1; denied; ++nth, ++nulls) {
-      currentFailure = nth;
-      stage.deny(nth);
-      denied = make(call, stage).denied;
-    }
-    --nulls;
+    count += deny_each(call, stage, Stage::Denied::kPointer);
+    count += deny_each(call, stage, Stage::Denied::kContents);
   }
-  std::printf("%llu nulls\n", static_cast<unsigned long long>(nulls));
+  std::printf("%llu runs\n", static_cast<unsigned long long>(count));
 }
 
 constexpr int kThreads = 8, kRounds = 50;

@@ -108,7 +108,7 @@ void* Stage::read_only(const void* bytes, std::uint64_t size) {
 }
 
 void* Stage::written(std::uint64_t size, const void* initial) {
-  if (next_is_denied()) return nullptr;
+  if (next_is_denied() && what_ == Denied::kPointer) return nullptr;
   char* const begin = place(size, Place::Use::kWritten);
   if (initial != nullptr) {
     std::memcpy(begin, initial, size);
@@ -128,7 +128,17 @@ Text Stage::kept(std::string_view text) {
 }
 
 Text Stage::in(std::string_view text) {
-  return next_is_denied() ? Text{nullptr, {text.size()}} : kept(text);
+  return next_is_denied() && what_ == Denied::kPointer ? Text{nullptr, {text.size()}} : kept(text);
+}
+
+Text Stage::sized(std::string_view text) {
+  if (!next_is_denied()) return kept(text);
+  return what_ == Denied::kPointer ? Text{nullptr, {text.size()}} : kept({});
+}
+
+const char* Stage::string(const char* text) {
+  const Text made = sized({text, std::strlen(text) + 1});
+  return made.data != nullptr && made.size.value == 0 ? kept({"", 1}).data : made.data;
 }
 
 char* Stage::buffer(std::string_view initial) {

@@ -42,12 +42,14 @@ class Stage {
 
   // Texts and records that the call may only read.
   Text in(std::string_view text);
-  Text kept(std::string_view text);  // never a null pointer
-  const char* string(const char* text) { return in({text, std::strlen(text) + 1}); }
+  Text sized(std::string_view text);  // whose length is taken from here
+  Text kept(std::string_view text);   // never a null pointer
+  const char* string(const char* text);
   template <typename Record, std::size_t count>
   const Record* list(const Record (&records)[count]) {
-    return next_is_denied() ? nullptr
-                            : static_cast<const Record*>(read_only(records, sizeof records));
+    return next_is_denied() && what_ == Denied::kPointer
+               ? nullptr
+               : static_cast<const Record*>(read_only(records, sizeof records));
   }
 
   // What the call is to write: filled, or holding an initial value.
@@ -68,8 +70,13 @@ class Stage {
   template <typename Record>
   Record* record(const Record& initial, std::uint64_t count = 1);
 
-  // From now on the `nth` of a call's texts and variables is a null pointer (but for kept() and record()).
-  void deny(std::size_t nth) { denied_ = nth; }
+  // From now on the `nth` of a call's texts and variables is a null pointer, or the string or
+  // sized() text is empty. Those of kept() and record() don't count.
+  enum class Denied { kPointer, kContents };
+  void deny(std::size_t nth, Denied what) {
+    denied_ = nth;
+    what_ = what;
+  }
   bool has_denied() const { return asked_ >= denied_; }  // before the end of the call
 
   // One more result of the call.
@@ -105,6 +112,7 @@ class Stage {
   std::size_t used_ = 0;
   std::size_t asked_ = 0;
   std::size_t denied_ = 0;  // 0: none
+  Denied what_ = Denied::kPointer;
   std::uint64_t digest_;
 };
 

@@ -192,7 +192,7 @@ class Generator {
 
 // Keys that stand in the path buffer, that are blank, and that are every key after one of them.
 TEST(Routes, AgreeOnKeysOfOddElements) {
-  for (const char* key : {"v", "w", "v/x k="}) {
+  for (const char* key : {"v", " v", "v ", "w", "v/x k="}) {
     const std::string path = std::string("cmd/b/a k=\"") + key + '"';
     for (const char* body :
          {"<b/a k=\"v\">x<c/>y</a></b><b><a k=\"v\">x</a></b><b/a k=\" \">z</a></b>",
