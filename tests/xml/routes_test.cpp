@@ -197,6 +197,7 @@ TEST(Routes, AgreeOnKeysOfOddElements) {
     for (const char* body :
          {"<b/a k=\"v\">x<c/>y</a></b><b><a k=\"v\">x</a></b><b/a k=\" \">z</a></b>",
           "<b><a k=\"v\">x</a></b><b/ >t</ ></b><b><a k=\"w\"/></b>",
+          "<b><a k=\" v\">x</a><a k=\"v \">y</a><a k=\"v\">z</a><a k=\"\tv\"/></b>",
           "<b/a k=\"v\"><c/></a></b><b/a k=\":v\">x</a>", "<b/a \"k=\"v\"><x k=\"w\">t</x>"}) {
       const std::string document = std::string("<?xml ?>t<cmd>") + body + "</cmd>";
       EXPECT_EQ(pxcl_test::compare_routes({0, {path}, 0, document}), "") << path << document;
