@@ -122,7 +122,7 @@ void make_without_memory() {
       failures += 2;
     }
   }
-  std::printf("%llu failures\n", static_cast<unsigned long long>(failures));
+  std::printf("%llu allocations failed as documented\n", static_cast<unsigned long long>(failures));
 }
 
 // Nothing is asked of the answer: some may be null or empty.
@@ -143,7 +143,7 @@ void make_with_nulls() {
     count += deny_each(call, stage, Stage::Denied::kPointer);
     count += deny_each(call, stage, Stage::Denied::kContents);
   }
-  std::printf("%llu runs\n", static_cast<unsigned long long>(count));
+  std::printf("%llu nulls and empty texts\n", static_cast<unsigned long long>(count));
 }
 
 constexpr int kThreads = 8, kRounds = 50;
