@@ -87,6 +87,7 @@ struct PlanDraft {
     node.parent = parent;
     node.key = key;
     node.firstAttribute = attributeCount;
+    node.flags = kSimple;
     nodes[parent].flags |= !element.has_attribute() ? kPlainChildren
                            : element.has_value()    ? kValuedChildren
                                                     : kNamedChildren;

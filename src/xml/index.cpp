@@ -227,6 +227,7 @@ u32 step_down(Index& index, std::string_view path, const SimpleElement& element,
   node->localBegin = element.localBegin - element.begin;
   node->firstAttribute = index.attributes.size;
   node->attributeCount = element.has_attribute() ? 1 : 0;
+  node->flags |= kSimple;
   if (!element.has_attribute()) return index.nodes.size - 1;
   if (!element.has_value() && !each) node->flags |= kNameOnly;
   const char* value = element.has_value() ? path.data() + element.valueBegin : nullptr;

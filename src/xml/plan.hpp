@@ -38,6 +38,7 @@ enum NodeFlags : u16 {
   kNameOnly = 128,    // this element names an attribute without value: it admits further ones
   kImpossible = 256,  // no element of a document can match this one
   kEachValue = 512,   // its attribute stands for every value, and no other may stand beside it
+  kSimple = 1024,     // no prefix in it but its name's: a tag that is written so means the same
 };
 
 struct Node {

@@ -330,7 +330,7 @@ inline void note_plain_key(Scan& scan, const Node& node, const AttributeTag& tag
 // spells it as the tag does: up to the attribute's value, or with it.
 inline bool is_element(Scan& scan, const AttributeTag& tag, const TagName& name, const Node& node,
                        u32 compared) {
-  if (name.row != kNone || node.textLength != compared || (node.flags & kImpossible) != 0 ||
+  if (name.row != kNone || node.textLength != compared || (node.flags & kSimple) == 0 ||
       !equal_text(tag.text, node.text, compared)) {
     return means_the_same(scan, tag, name, node);
   }

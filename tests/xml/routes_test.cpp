@@ -80,7 +80,7 @@ class Generator {
   }
 
   std::string declaration() {
-    static const char* const kPrefix[] = {"xmlns:p",     "xmlns:q",   "xmlns:zi",
+    static const char* const kPrefix[] = {"xmlns:p",     "xmlns:q",   "xmlns:zirk",
                                           "xmlns:pp",    "xmlns",     "xmlnsx",
                                           "xmlns:zirkx", "xmlns:\"p", "xmlnsx:b"};
     std::string uri = chance(8) ? "http://elsewhere/" : clNsTable[below(4)].uri;
@@ -174,8 +174,8 @@ class Generator {
   }
 
   std::string vary(std::string path) {
-    static const char* const kAppended[] = {" k",      " l",       "/",    "//",  "/a",
-                                            "/zirk:a", " k=\"v\"", "/b k", " p:k"};
+    static const char* const kAppended[] = {" k",      " l",       "/",    "//",   "/a",
+                                            "/zirk:a", " k=\"v\"", "/b k", " p:k", " zirk:k"};
     if (chance(3)) path += pick(kAppended);
     if (chance(6)) path += pick(kAppended);
     if (chance(8)) path.erase(below(path.size()));
@@ -215,6 +215,18 @@ TEST(Routes, AgreeOnEqualSignsInNames) {
       EXPECT_EQ(pxcl_test::compare_routes({0, {path, path + "=\"v\""}, 0, document}), "")
           << document;
     }
+  }
+}
+
+// A prefix that the document declares for another namespace is another one in the path.
+TEST(Routes, AgreeOnTablePrefixesThatMeanAnother) {
+  const std::string document =
+      "<?xml ?><cmd xmlns:zirk=\"" + std::string(clNsTable[3].uri) +
+      "\"><a><b zirk:k=\"v\">t</b><zirk:b k=\"v\">t</zirk:b><zirk:b>t</zirk:b></a></cmd>";
+  for (const char* path : {"b zirk:k", "b ikw:k", "b zirk:k=\"v\"", "b ikw:k=\"v\"", "zirk:b k",
+                           "ikw:b k=\"v\"", "zirk:b", "ikw:b"}) {
+    const std::string whole = std::string("cmd/a/") + path;
+    EXPECT_EQ(pxcl_test::compare_routes({0, {whole}, 0, document}), "") << whole;
   }
 }
 
