@@ -86,11 +86,13 @@ std::string table(const List& list, std::string_view indent) {
   return aligned(rows, indent);
 }
 
+// What is unknown is left out: people look for what is there.
 std::string fields(const Object& object, std::string_view indent) {
   const std::string deeper = std::string(indent) + "  ";
   std::string below;
   std::vector<Row> rows;
   for (const auto& [name, field] : object) {
+    if (!field.known()) continue;
     if (is_table(field)) {
       below += filled("{}{}:\n{}", indent, label(name), table(*field.as<List>(), deeper));
     } else if (const auto* inner = field.as<Object>()) {
