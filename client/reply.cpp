@@ -18,6 +18,10 @@ namespace {
 
 enum Answer : std::uint16_t { kOk = 1, kNg = 2 };
 
+// Statuses of CLSS_ParseResponseCommon, see responses.h: "NG" without a detail, and with one that is in no dictionary.
+constexpr std::int32_t kNgWithoutDetail = -13;
+constexpr std::int32_t kNgWithUnknownDetail = -16;
+
 // By row of refusals(): what it means, and what to do.
 struct Reason {
   std::string_view meaning;
@@ -68,14 +72,15 @@ Result<void> check_known(std::string_view reply, const Asked& asked, std::uint16
   ClssResponseCommon head = {};
   std::uint64_t end = 0;
   const std::int32_t status = CLSS_ParseResponseCommon(reply.data(), reply.size(), &end, &head);
-  const bool isNg = head.response == kNg && (status == 0 || status == -13 || status == -16);
+  const bool isNg = head.response == kNg &&
+                    (status == 0 || status == kNgWithoutDetail || status == kNgWithUnknownDetail);
   if (status != 0 && !isNg) return bad_reply(asked, "can't be understood");
   if (head.operation != response) return bad_reply(asked, "answers another command");
   if (head.serviceType != static_cast<std::uint16_t>(asked.service)) {
     return bad_reply(asked, "comes from another service");
   }
   if (isNg) return refused(asked, refusals().at(head.responseDetail));
-  if (head.ijOperation != 65535 && head.ijResponse != kOk) return refused(asked, std::nullopt);
+  if (head.ijOperation != kNoRow && head.ijResponse != kOk) return refused(asked, std::nullopt);
   return check_job(asked, head.jobID);
 }
 

@@ -14,7 +14,6 @@
 namespace pxcl::client {
 namespace {
 
-constexpr std::uint16_t kNotSet = 65535;
 constexpr std::uint16_t kSettingsVersion = 2;
 constexpr std::uint16_t kStatusVersion = 1;
 constexpr std::uint16_t kPlain = 1,
@@ -79,8 +78,8 @@ std::string loaded_list(const Status& status) {
 ClssStatus loaded_record(const Status& status) {
   ClssStatus record = {};
   record.leading = kStatusVersion;
-  std::fill(std::begin(record.currentPaperType), std::end(record.currentPaperType), kNotSet);
-  std::fill(std::begin(record.currentPaperSize), std::end(record.currentPaperSize), kNotSet);
+  std::fill(std::begin(record.currentPaperType), std::end(record.currentPaperType), kNoRow);
+  std::fill(std::begin(record.currentPaperSize), std::end(record.currentPaperSize), kNoRow);
   std::size_t slot = 0;
   for (const LoadedPaper& loaded : choosable(status)) {
     if (slot + 1 == std::size(record.currentPaperType)) break;
@@ -194,7 +193,7 @@ Error Completion::no_choice(std::int32_t status) const {
 
 // "ON" by itself means whichever side the printer staples.
 std::uint16_t Completion::duplex_row() const {
-  if (!wishes_.duplex) return kNotSet;
+  if (!wishes_.duplex) return kNoRow;
   if (*wishes_.duplex != kDuplexOn) return *wishes_.duplex;
   for (const Word& mode : type_->duplex) {
     if (mode.row != kDuplexOff) return mode.row;
@@ -203,8 +202,8 @@ std::uint16_t Completion::duplex_row() const {
 }
 
 void Completion::take_other_wishes() {
-  record_.borderless = kNotSet;
-  record_.colorMode = kNotSet;
+  record_.borderless = kNoRow;
+  record_.colorMode = kNoRow;
   record_.duplexPrint = duplex_row();
   if (wishes_.borderless) record_.borderless = *wishes_.borderless ? kBorderlessOn : kBorderlessOff;
   if (wishes_.color_mode) {
@@ -231,7 +230,7 @@ Result<void> Completion::complete_rest() {
 
 Result<void> Completion::check_borderless() const {
   const std::string paper = quoted(type_->type.keyword) + " in " + quoted(size_->size.keyword);
-  if (record_.borderless == kNotSet)
+  if (record_.borderless == kNoRow)
     return unsuitable("The printer can't print on " + paper + ". Choose another type or size.");
   if (!wishes_.borderless || *wishes_.borderless == (record_.borderless == kBorderlessOn))
     return {};
@@ -257,9 +256,9 @@ std::string_view name_of_duplex(const Word& mode) {
 
 // One-sided printing is possible on paper without the choice, too.
 Result<void> Completion::check_duplex() const {
-  const bool isOff = record_.duplexPrint == kNotSet || record_.duplexPrint == kDuplexOff;
+  const bool isOff = record_.duplexPrint == kNoRow || record_.duplexPrint == kDuplexOff;
   const std::uint16_t wish = duplex_row();
-  if (wish == kNotSet || wish == record_.duplexPrint || (wish == kDuplexOff && isOff)) return {};
+  if (wish == kNoRow || wish == record_.duplexPrint || (wish == kDuplexOff && isOff)) return {};
   const std::string possible =
       size_->duplex ? list_of(type_->duplex, name_of_duplex) : std::string("one-sided");
   return unsuitable("Printing on both sides as asked for is not possible on " +

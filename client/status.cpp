@@ -59,7 +59,7 @@ Status common_of(const ClssStatusCommon& record) {
 Status status_from(const ClssStatus& record) {
   Status status = common_of(record.common);
   status.paper = paper_of(record);
-  if (record.inkState != 65535) status.inks_fine = record.inkState == 2;
+  if (record.inkState != kNoRow) status.inks_fine = record.inkState == 2;
   return status;
 }
 

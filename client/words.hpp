@@ -11,6 +11,9 @@
 
 namespace pxcl::client {
 
+/// What the records of `pxcl.h` hold in place of a row: absent, or in no dictionary.
+inline constexpr std::uint16_t kNoRow = 65535;
+
 /// A keyword of one of the protocol's dictionaries: its row there and its spelling.
 struct Word {
   std::uint16_t row;

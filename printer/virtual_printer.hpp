@@ -45,7 +45,7 @@ class VirtualPrinter {
   /// The device ID, without its two length bytes.
   [[nodiscard]] std::string device_id() const;
 
-  /// The PNG files made so far, oldest first.
+  /// The files of the pages made so far, oldest first: PNG of raster, and what came as JPEG or RAW as .jpg and .ppm.
   [[nodiscard]] std::vector<std::filesystem::path> pages() const;
 
   /// Whether no job is open, of any service.
