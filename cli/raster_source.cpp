@@ -246,8 +246,10 @@ std::optional<client::Outline> RasterSource::sheet() const {
   const float height =
       header.cupsPageSize[1] > 0 ? header.cupsPageSize[1] : static_cast<float>(header.PageSize[1]);
   constexpr float kPerPoint = 2540.0F / 72;
-  constexpr float kLongest = 100'000;  // points
-  if (!(width > 0 && height > 0 && width < kLongest && height < kLongest)) return {};
+  constexpr float kShortest = 1;  // point
+  constexpr float kLongest = 100'000;
+  const auto is_sheet = [](float side) { return side >= kShortest && side < kLongest; };
+  if (!is_sheet(width) || !is_sheet(height)) return {};
   return client::Outline{static_cast<std::int32_t>(std::lround(width * kPerPoint)),
                          static_cast<std::int32_t>(std::lround(height * kPerPoint))};
 }

@@ -1,0 +1,85 @@
+// SPDX-FileCopyrightText: 2026 The pxcl developers
+// SPDX-License-Identifier: Apache-2.0
+
+// What the targets of the tools share.
+
+#pragma once
+
+#include <stdlib.h>
+#include <sys/mman.h>
+#include <unistd.h>
+
+#include <cstddef>
+#include <cstdint>
+#include <cstdlib>
+#include <filesystem>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "printer/xml.hpp"
+
+namespace pxcl::fuzz {
+
+inline void require(bool holds) {
+  if (!holds) std::abort();
+}
+
+inline std::string_view text_of(const std::uint8_t* data, std::size_t size) {
+  return {reinterpret_cast<const char*>(data), size};
+}
+
+/// The parts of an input: FF FE, which is in no text, stands between them.
+inline std::vector<std::string_view> parts_of(std::string_view input) {
+  constexpr std::string_view kBetween = "\xFF\xFE";
+  std::vector<std::string_view> parts;
+  std::size_t begin = 0;
+  for (std::size_t end; (end = input.find(kBetween, begin)) != input.npos;) {
+    parts.push_back(input.substr(begin, end - begin));
+    begin = end + kBetween.size();
+  }
+  parts.push_back(input.substr(begin));
+  return parts;
+}
+
+/// Whether this is one line of good UTF-8, without control characters: those of one byte and those of two.
+inline bool is_line(std::string_view text) {
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    const auto byte = static_cast<unsigned char>(text[i]);
+    if (byte < 0x20 || byte == 0x7F) return false;
+    const bool isSecond = i > 0 && text[i - 1] == '\xC2';
+    if (isSecond && byte < 0xA0) return false;
+  }
+  return printer::is_xml_text(text);
+}
+
+/// A folder of this process, gone at its end.
+class Folder {
+ public:
+  Folder() {
+    std::string name = (std::filesystem::temp_directory_path() / "pxcl-fuzz-XXXXXX").string();
+    require(::mkdtemp(name.data()) != nullptr);
+    path_ = name;
+  }
+  Folder(const Folder&) = delete;
+  Folder& operator=(const Folder&) = delete;
+  ~Folder() { std::filesystem::remove_all(path_); }
+
+  [[nodiscard]] const std::filesystem::path& path() const { return path_; }
+
+ private:
+  std::filesystem::path path_;
+};
+
+/// A file that lies in memory.
+struct MemoryFile {
+  const int number = memfd_create("memory", 0);
+  const std::string path = "/proc/self/fd/" + std::to_string(number);
+
+  void fill(std::string_view bytes) const {
+    require(ftruncate(number, 0) == 0);
+    require(pwrite(number, bytes.data(), bytes.size(), 0) == static_cast<ssize_t>(bytes.size()));
+  }
+};
+
+}  // namespace pxcl::fuzz
