@@ -11,7 +11,7 @@
 namespace pxcl {
 
 // An array that grows by doubling. Its first `Inline` records live in the object, so that a usual
-// document is scanned without a single allocation.
+// document is scanned without a single allocation. Records that were not written yet hold anything.
 template <typename Record, u32 Inline>
 struct GrowingArray {
   u32 size = 0;
@@ -45,7 +45,7 @@ struct GrowingArray {
     u64 larger = u64{capacity} * 2;
     if (larger < wanted) larger = wanted;
     if (larger > kMost) larger = kMost;
-    Owned<Record> block = Owned<Record>::allocate(larger);
+    Owned<Record> block = Owned<Record>::allocate_unfilled(larger);
     if (!block) return false;
     std::memcpy(static_cast<void*>(block.get()), records_, size * sizeof(Record));
     block_ = std::move(block);

@@ -1,13 +1,14 @@
 // SPDX-FileCopyrightText: 2026 The pxcl developers
 // SPDX-License-Identifier: Apache-2.0
 
-// Zero-filled blocks: the library's only way to the system's allocator.
+// Blocks, mostly zero-filled: the library's only way to the system's allocator.
 
 #include <cstdlib>
 #include <cstring>
 #include <utility>
 
 #include "kwvs.h"
+#include "util/owned.hpp"
 #include "util/types.hpp"
 
 namespace {
@@ -19,6 +20,10 @@ constexpr pxcl::u32 kSystemValue = 3;
 constexpr pxcl::u64 kSmall = 1024;
 
 }  // namespace
+
+void* pxcl::new_unfilled(u64 size) {
+  return size == 0 ? nullptr : std::malloc(size);
+}
 
 extern "C" {
 
@@ -56,9 +61,8 @@ void KWVSDisposePTR(void* block) {
 }
 
 void* KWVSNewPTRX(uint64_t size) {
-  if (size == 0) return nullptr;
   if (size > kSmall) return std::calloc(1, size);
-  void* block = std::malloc(size);
+  void* block = pxcl::new_unfilled(size);
   return block == nullptr ? nullptr : std::memset(block, 0, size);
 }
 

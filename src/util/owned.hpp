@@ -12,8 +12,11 @@
 
 namespace pxcl {
 
-// The library's one owning type: an array of plain records from the utility allocator, zero-filled,
-// given back when it goes out of scope. A failed allocation is a null block, never an exception.
+// KWVSNewPTRX without the zeros.
+void* new_unfilled(u64 size);
+
+// The library's one owning type: an array of plain records from the utility allocator, given back
+// when it goes out of scope. A failed allocation is a null block, never an exception.
 template <typename Record>
 class Owned {
   static_assert(std::is_trivially_copyable_v<Record>);
@@ -34,6 +37,12 @@ class Owned {
   static Owned allocate(u64 count) {
     if (count > std::numeric_limits<u64>::max() / sizeof(Record)) return Owned();
     return Owned(static_cast<Record*>(KWVSNewPTRX(count * sizeof(Record))));
+  }
+
+  // The same with whatever the block held before, for who writes a record before reading it.
+  static Owned allocate_unfilled(u64 count) {
+    if (count > std::numeric_limits<u64>::max() / sizeof(Record)) return Owned();
+    return Owned(static_cast<Record*>(new_unfilled(count * sizeof(Record))));
   }
 
   Record* get() const { return block_; }
