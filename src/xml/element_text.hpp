@@ -27,56 +27,34 @@ struct SimpleElement {
   constexpr u32 attributeBegin() const { return nameEnd + 1; }
 };
 
-// The first byte of text[from, end) that `lane` marks; `end` without one.
-template <typename Lane>
-inline u32 find_by_lanes(std::string_view text, u32 from, u32 end, Lane lane) {
-  for (u32 at = from; at < end; at += kLane) {
-    u32 marks;
-    if (text.size() - at >= kLane) {
-      marks = lane(text.data() + at);
-    } else {
-      const LanePlace place(text, at);
-      marks = lane(place.bytes) >> place.dropped;
-    }
-    if (marks == 0) continue;
-    const u32 found = at + lowest(marks);
-    return found < end ? found : end;
-  }
-  return end;
-}
+// --- Byte by byte --------------------------------------------------------------------------------
 
-// The same, `is` telling the bytes that `lane` marks.
-template <typename Lane, typename Is>
-constexpr u32 find_marked(std::string_view text, u32 from, u32 end, Lane lane, Is is) {
-  if (!std::is_constant_evaluated()) return find_by_lanes(text, from, end, lane);
+// The first byte of text[from, end) that `is` tells; `end` without one.
+template <typename Is>
+constexpr u32 find_marked(std::string_view text, u32 from, u32 end, Is is) {
   while (from < end && !is(text[from])) ++from;
   return from;
 }
 
 // The bytes up to "/": what ends a name or a value is among them.
 constexpr u32 find_low(std::string_view text, u32 from) {
-  return find_marked(text, from, static_cast<u32>(text.size()), low_lane,
+  return find_marked(text, from, static_cast<u32>(text.size()),
                      [](char byte) { return static_cast<u8>(byte) <= '/'; });
 }
 
-// The bytes that a usual value does not hold: a double quote, a colon, NUL.
-constexpr u32 find_value_end(std::string_view text, u32 from) {
-  return find_marked(text, from, static_cast<u32>(text.size()), value_lane,
-                     [](char byte) { return byte == '"' || byte == ':' || byte == '\0'; });
-}
-
-constexpr u32 find_colon(std::string_view text, u32 from, u32 end) {
-  return find_marked(text, from, end, colon_lane, [](char byte) { return byte == ':'; });
+constexpr u32 find_quote(std::string_view text, u32 from) {
+  return find_marked(text, from, static_cast<u32>(text.size()),
+                     [](char byte) { return byte == '"'; });
 }
 
 constexpr bool is_plain_attribute_name(std::string_view text, u32 from, u32 end) {
-  return from != end && find_marked(text, from, end, attribute_lane,
-                                    [](char byte) { return byte == '=' || byte == ':'; }) == end;
+  return from != end &&
+         find_marked(text, from, end, [](char byte) { return byte == '=' || byte == ':'; }) == end;
 }
 
 // Where the local part of text[begin, end) begins.
 constexpr u32 find_local(std::string_view text, u32 begin, u32 end) {
-  const u32 colon = find_colon(text, begin, end);
+  const u32 colon = find_marked(text, begin, end, [](char byte) { return byte == ':'; });
   return colon == end ? begin : colon + 1;
 }
 
@@ -85,21 +63,15 @@ constexpr bool is_element_end(std::string_view path, u32 at) {
   return at == path.size() || path[at] == '/';
 }
 
-// Reads the value whose opening quote stands at `quote`.
-constexpr bool read_simple_value(std::string_view path, u32 quote, SimpleElement& element) {
-  const u32 size = static_cast<u32>(path.size());
-  element.valueLocal = quote + 1;
-  u32 close = find_value_end(path, quote + 1);
-  if (close < size && path[close] == ':') {
-    element.valueLocal = close + 1;
-    while (close < size && path[close] != '"') close = find_value_end(path, close + 1);
-  }
-  if (close == size || path[close] != '"' || close == quote + 1 || !is_element_end(path, close + 1))
-    return false;
-  if (is_space(path[quote + 1]) || is_space(path[close - 1])) return false;
+// Takes the value between the quotes at `open` and `close`; false when it is not a simple one.
+constexpr bool take_simple_value(std::string_view path, u32 open, u32 close, u32 local,
+                                 SimpleElement& element) {
+  if (close == open + 1 || !is_element_end(path, close + 1)) return false;
+  if (is_space(path[open + 1]) || is_space(path[close - 1])) return false;
   element.end = close + 1;
-  element.valueBegin = quote + 1;
+  element.valueBegin = open + 1;
   element.valueEnd = close;
+  element.valueLocal = local;
   return true;
 }
 
@@ -121,8 +93,51 @@ constexpr bool read_simple_element(std::string_view path, u32 begin, SimpleEleme
   }
   if (path[stop] != '"' || path[stop - 1] != '=') return false;
   element.attributeEnd = stop - 1;
-  return is_plain_attribute_name(path, attribute, stop - 1) &&
-         read_simple_value(path, stop, element);
+  const u32 close = find_quote(path, stop + 1);
+  return is_plain_attribute_name(path, attribute, stop - 1) && close != path.size() &&
+         take_simple_value(path, stop, close, find_local(path, stop + 1, close), element);
+}
+
+// --- By masks ------------------------------------------------------------------------------------
+
+// The marks of [from, end).
+constexpr u64 marks_between(u64 marks, u32 from, u32 end) {
+  return marks >> from << from & ((u64{1} << end) - 1);
+}
+
+// Where the local part of the marked text's [begin, end) begins.
+inline u32 local_by_marks(const ElementMarks& marks, u32 begin, u32 end) {
+  const u64 colons = marks_between(marks.colon, begin, end);
+  return colons == 0 ? begin : lowest(colons) + 1;
+}
+
+// The same as read_simple_element(), for an element whose end is among the bytes that `marks` has;
+// false for every other.
+inline bool read_marked_element(std::string_view path, u32 begin, const ElementMarks& marks,
+                                SimpleElement& element) {
+  element = {};
+  const u64 behindName = marks.low & (marks.low - 1);
+  const u32 name = lowest(marks.low);
+  if (marks.low == 0 || name == 0) return false;
+  element.begin = begin;
+  element.nameEnd = element.end = begin + name;
+  element.localBegin = begin + local_by_marks(marks, 0, name);
+  if (is_element_end(path, element.end)) return true;
+  if (behindName == 0 || path[element.end] != ' ') return false;
+  const u32 stop = lowest(behindName);
+  const bool isBare = is_element_end(path, begin + stop);
+  if (!isBare && (path[begin + stop] != '"' || path[begin + stop - 1] != '=')) return false;
+  const u32 attributeEnd = isBare ? stop : stop - 1;
+  if (attributeEnd <= name + 1 || marks_between(marks.inName, name + 1, attributeEnd) != 0) {
+    return false;
+  }
+  element.end = element.attributeEnd = begin + attributeEnd;
+  if (isBare) return true;
+  const u64 closing = marks.quote & (marks.quote - 1);
+  if (closing == 0) return false;
+  const u32 close = lowest(closing);
+  return take_simple_value(path, begin + stop, begin + close,
+                           begin + local_by_marks(marks, stop + 1, close), element);
 }
 
 }  // namespace pxcl::xml

@@ -20,7 +20,7 @@ struct ElementExtent {
 };
 
 // An element ends at the first "/" before which an even number of double quotes stands.
-ElementExtent measure_element(std::string_view path, u32 begin) {
+[[gnu::cold]] ElementExtent measure_element(std::string_view path, u32 begin) {
   const u32 size = static_cast<u32>(path.size());
   ElementExtent extent = {size, kNone, kNone};
   bool quoted = false;
@@ -45,17 +45,12 @@ ElementExtent measure_element(std::string_view path, u32 begin) {
   return extent;
 }
 
-u32 common_length(std::string_view a, std::string_view b) {
+inline u32 common_length(std::string_view a, std::string_view b) {
   const u32 most = static_cast<u32>(a.size() < b.size() ? a.size() : b.size());
   u32 at = 0;
-  while (at < most) {
-    if (at + kLane > most) {
-      if (most < kLane) break;
-      at = most - kLane;  // what is read twice is the same
-    }
+  for (; at + kLane <= most; at += kLane) {
     const u32 same = same_lane(a.data() + at, b.data() + at);
     if (same != first_bits(kLane)) return at + lowest(~same);
-    at += kLane;
   }
   while (at < most && a[at] == b[at]) ++at;
   return at;
@@ -91,7 +86,7 @@ bool push_attribute(Index& index, RequestedElement& element, std::string_view na
 }
 
 // Appends the attributes of an element that is not simple; false when memory is short.
-bool split_attributes(Index& index, RequestedElement& element) {
+[[gnu::cold]] bool split_attributes(Index& index, RequestedElement& element) {
   AttributeSplitter splitter(from(element.text, element.nameLength));
   SplitAttribute attribute;
   while (splitter.next(attribute)) {
@@ -120,7 +115,7 @@ struct Place {
   bool eachValue;
 };
 
-u32 find_node(const Index& index, const Place& place, std::string_view text) {
+inline u32 find_node(const Index& index, const Place& place, std::string_view text) {
   u32 found = index.buckets[bucket_of(place.key, index.bucketMask)];
   for (; found != kNone; found = index.nodes[found].nextInBucket) {
     const Node& node = index.nodes[found];
@@ -134,7 +129,7 @@ u32 find_node(const Index& index, const Place& place, std::string_view text) {
 }
 
 // Twice the buckets, when the paths have more elements than their number let expect.
-bool grow_buckets(Index& index) {
+[[gnu::cold]] bool grow_buckets(Index& index) {
   const u64 buckets = u64{index.buckets.size} * 2;
   if (!index.buckets.reserve(buckets)) return false;
   index.buckets.size = static_cast<u32>(buckets);
@@ -149,7 +144,7 @@ bool grow_buckets(Index& index) {
 }
 
 // A node without targets; null when memory is short. Who adds it tells the element.
-Node* add_node(Index& index, const Place& place) {
+inline Node* add_node(Index& index, const Place& place) {
   if (!index.nodes.reserve(u64{index.nodes.size} + 1)) return nullptr;
   if (index.nodes.size > index.buckets.size && !grow_buckets(index)) return nullptr;
   const u32 created = index.nodes.size++;
@@ -166,7 +161,7 @@ Node* add_node(Index& index, const Place& place) {
 }
 
 // The node of an element that is not simple, made when it is new; kNone when memory is short.
-u32 step_down(Index& index, RequestedElement& element) {
+[[gnu::cold]] u32 step_down(Index& index, RequestedElement& element) {
   const u32 firstAttribute = index.attributes.size;
   element.impossible = element.nameLength == 0;
   element.nameHash =
@@ -199,7 +194,7 @@ u32 step_down(Index& index, RequestedElement& element) {
   return index.nodes.size - 1;
 }
 
-Place place_of(std::string_view path, const SimpleElement& element, u32 parent, bool each) {
+inline Place place_of(std::string_view path, const SimpleElement& element, u32 parent, bool each) {
   const char* text = path.data();
   const u32 name = hash_bytes(text + element.localBegin, element.nameEnd - element.localBegin);
   if (!element.has_attribute()) {
@@ -213,8 +208,8 @@ Place place_of(std::string_view path, const SimpleElement& element, u32 parent, 
 }
 
 // step_down() for a simple element.
-u32 step_down(Index& index, std::string_view path, const SimpleElement& element, u32 parent,
-              bool each) {
+inline u32 step_down(Index& index, std::string_view path, const SimpleElement& element, u32 parent,
+                     bool each) {
   const std::string_view text = slice(path, element.begin, element.end - element.begin);
   const Place place = place_of(path, element, parent, each);
   const u32 found = find_node(index, place, text);
@@ -242,7 +237,7 @@ void append_to_list(Index& index, u32& head, u32 target) {
   head = target;
 }
 
-void attach(Index& index, u32 node, u32 target, bool below) {
+inline void attach(Index& index, u32 node, u32 target, bool below) {
   Node& last = index.nodes[node];
   const bool isAttribute = index.targets[target].isAttribute;
   u32& list =
@@ -258,12 +253,11 @@ struct Descent {
 };
 
 // The elements that this path has in common with the one before it.
-Descent shared_beginning(const Index& index, std::string_view path) {
+inline Descent shared_beginning(const Index& index, std::string_view path) {
   const u32 common = common_length(index.previous, path);
   Descent descent;
-  while (descent.depth < index.previousDepth && index.previousEnd[descent.depth] <= common) {
-    ++descent.depth;
-  }
+  descent.depth = index.previousDepth;
+  while (descent.depth != 0 && index.previousEnd[descent.depth - 1] > common) --descent.depth;
   if (descent.depth != 0) {
     descent.position = index.previousEnd[descent.depth - 1];
     descent.node = index.previousNode[descent.depth - 1];
@@ -271,7 +265,7 @@ Descent shared_beginning(const Index& index, std::string_view path) {
   return descent;
 }
 
-void remember_element(Index& index, Descent& descent) {
+inline void remember_element(Index& index, Descent& descent) {
   constexpr u32 kRemembered = sizeof index.previousEnd / sizeof index.previousEnd[0];
   if (descent.depth < kRemembered && descent.depth == index.previousDepth) {
     index.previousEnd[descent.depth] = descent.position;
@@ -289,7 +283,8 @@ struct Step {
 };
 
 // One that is not simple.
-Step step_generally(Index& index, std::string_view path, u32 begin, u32 parent, bool each) {
+[[gnu::cold]] Step step_generally(Index& index, std::string_view path, u32 begin, u32 parent,
+                                  bool each) {
   const ElementExtent extent = measure_element(path, begin);
   RequestedElement element = {};
   element.text = slice(path, begin, extent.end - begin);
@@ -301,9 +296,9 @@ Step step_generally(Index& index, std::string_view path, u32 begin, u32 parent, 
   return {node, extent.end, element.bareAttribute};
 }
 
-Step step_along(Index& index, std::string_view path, u32 begin, u32 parent, bool each) {
+inline Step step_along(Index& index, std::string_view path, u32 begin, u32 parent, bool each) {
   SimpleElement element;
-  if (!read_simple_element(path, begin, element)) {
+  if (!read_marked_element(path, begin, element_marks(path, begin), element)) {
     return step_generally(index, path, begin, parent, each);
   }
   each = each && element.end == path.size();
@@ -346,7 +341,7 @@ bool add_path(Index& index, std::string_view path, u32 number, bool kindKnown) {
 bool start_index(Index& index, u64 targetCount) {
   const u64 buckets = std::bit_ceil(targetCount < 32 ? u64{128} : targetCount * 4);
   if (!index.targets.reserve(targetCount) || !index.buckets.reserve(buckets) ||
-      !index.nodes.reserve(targetCount + 16)) {
+      !index.nodes.reserve(targetCount + targetCount / 4 + 16)) {
     return false;
   }
   index.buckets.size = static_cast<u32>(buckets);

@@ -29,8 +29,16 @@ struct NameMarks {
   u32 stop;
 };
 
+// What an element of a requested path is read by.
+struct ElementMarks {
+  u64 low;    // the bytes up to "/", and the path's end: what ends a name or a value is among them
+  u64 quote;  // double quotes
+  u64 colon;
+  u64 inName;  // what a usual attribute's name does not hold: "=" and colons
+};
+
 // low_lane: the bytes up to "/". value_lane: what a usual value does not hold, double quotes, colons
-// and NUL bytes. attribute_lane: what a usual attribute's name does not hold, "=" and colons.
+// and NUL bytes.
 
 #if defined(__SSE2__)
 
@@ -71,9 +79,12 @@ inline u32 value_lane(const char* bytes) {
   return lane_bits(_mm_or_si128(quoteOrColon, lane_equal(lane, '\0')));
 }
 
-inline u32 attribute_lane(const char* bytes) {
+inline ElementMarks element_lane(const char* bytes) {
   const __m128i lane = load_lane(bytes);
-  return lane_bits(_mm_or_si128(lane_equal(lane, '='), lane_equal(lane, ':')));
+  const __m128i colon = lane_equal(lane, ':');
+  return {lane_bits(_mm_cmpeq_epi8(_mm_min_epu8(lane, _mm_set1_epi8('/')), lane)),
+          lane_bits(lane_equal(lane, '"')), lane_bits(colon),
+          lane_bits(_mm_or_si128(colon, lane_equal(lane, '=')))};
 }
 
 inline u32 same_lane(const char* a, const char* b) {
@@ -120,9 +131,11 @@ inline u32 value_lane(const char* bytes) {
   return lane_bits(vorrq_u8(quoteOrColon, lane_equal(lane, '\0')));
 }
 
-inline u32 attribute_lane(const char* bytes) {
+inline ElementMarks element_lane(const char* bytes) {
   const uint8x16_t lane = load_lane(bytes);
-  return lane_bits(vorrq_u8(lane_equal(lane, '='), lane_equal(lane, ':')));
+  const uint8x16_t colon = lane_equal(lane, ':');
+  return {lane_bits(vcleq_u8(lane, vdupq_n_u8('/'))), lane_bits(lane_equal(lane, '"')),
+          lane_bits(colon), lane_bits(vorrq_u8(colon, lane_equal(lane, '=')))};
 }
 
 inline u32 same_lane(const char* a, const char* b) {
@@ -161,8 +174,9 @@ inline u32 value_lane(const char* bytes) {
   return lane_bits([&](u32 i) { return bytes[i] == '"' || bytes[i] == ':' || bytes[i] == '\0'; });
 }
 
-inline u32 attribute_lane(const char* bytes) {
-  return lane_bits([&](u32 i) { return bytes[i] == '=' || bytes[i] == ':'; });
+inline ElementMarks element_lane(const char* bytes) {
+  return {low_lane(bytes), lane_bits([&](u32 i) { return bytes[i] == '"'; }), colon_lane(bytes),
+          lane_bits([&](u32 i) { return bytes[i] == ':' || bytes[i] == '='; })};
 }
 
 inline u32 same_lane(const char* a, const char* b) {
@@ -228,6 +242,41 @@ inline u32 lowest(u32 marks) {
 }
 inline u32 lowest(u64 marks) {
   return static_cast<u32>(std::countr_zero(marks));
+}
+
+// The marks of `Lanes` lanes, 2 or 4.
+template <u32 Lanes>
+inline ElementMarks element_lanes(const char* bytes) {
+  ElementMarks marks = element_lane(bytes);
+  for (u32 i = 1; i < Lanes; ++i) {
+    const ElementMarks lane = element_lane(bytes + i * kLane);
+    marks.low |= lane.low << i * kLane;
+    marks.quote |= lane.quote << i * kLane;
+    marks.colon |= lane.colon << i * kLane;
+    marks.inName |= lane.inName << i * kLane;
+  }
+  return marks;
+}
+
+// Those of the last `rest` bytes of Lanes lanes, behind which the path ends.
+template <u32 Lanes>
+inline ElementMarks last_marks(const char* bytes, u64 rest) {
+  const ElementMarks marks = element_lanes<Lanes>(bytes);
+  const u64 dropped = Lanes * kLane - rest;
+  return {marks.low >> dropped | u64{1} << rest, marks.quote >> dropped, marks.colon >> dropped,
+          marks.inName >> dropped};
+}
+
+// The marks of up to kBlock bytes of `path` from `begin` on, which is not its end.
+inline ElementMarks element_marks(std::string_view path, u32 begin) {
+  const u64 rest = path.size() - begin;
+  const char* end = path.data() + path.size();
+  if (rest >= kBlock) return element_lanes<4>(path.data() + begin);
+  if (rest <= 2 * kLane && path.size() >= 2 * kLane) return last_marks<2>(end - 2 * kLane, rest);
+  if (path.size() >= kBlock) return last_marks<4>(end - kBlock, rest);
+  char copy[kBlock] = {};
+  std::memcpy(copy + kBlock - rest, path.data() + begin, rest);
+  return last_marks<4>(copy, rest);
 }
 
 }  // namespace pxcl::xml
