@@ -24,13 +24,14 @@ constexpr i32 kEndOfText = 3;  // the document ended
   for (const u32* left = scan.mark; left < scan.marksEnd; ++left) *out++ = *left;
   const u32 size = static_cast<u32>(scan.document.size());
   const u32* last = scan.marks + kMarkWindow - kBlock;
-  while (scan.block < size && out <= last) {
-    const char* bytes = scan.document.data() + scan.block;
-    const u32 rest = size - scan.block;
+  u32 block = scan.block;
+  for (; block < size && out <= last; block += kBlock) {
+    const char* bytes = scan.document.data() + block;
+    const u32 rest = size - block;
     u64 bits = rest >= kBlock ? tag_block(bytes) : tag_rest(bytes, rest);
-    for (; bits != 0; bits &= bits - 1) *out++ = scan.block + lowest(bits);
-    scan.block += kBlock;
+    for (; bits != 0; bits &= bits - 1) *out++ = block + lowest(bits);
   }
+  scan.block = block;
   scan.mark = scan.marks;
   scan.marksEnd = out;
   const bool isLast = scan.block >= size;
@@ -168,6 +169,11 @@ struct TagName {
   u32 hash;
 };
 
+struct Prefix {
+  u32 length;  // with its ":"
+  u32 row;     // as TagName has it
+};
+
 // The first colon of a name of up to 2 * kLane bytes; kNone without one.
 inline u32 plain_colon(const char* text, u32 length) {
   const u64 lanes = u64{colon_lane(text)} | u64{colon_lane(text + kLane)} << kLane;
@@ -176,15 +182,16 @@ inline u32 plain_colon(const char* text, u32 length) {
 }
 
 // Works out the prefix and keeps it in mind when it stands as it is: most tags have the same few.
-[[gnu::noinline]] void find_prefix(Scan& scan, TagName& name) {
-  const u32 colon = plain_colon(name.text, name.length);
-  name.localBegin = colon + 1;  // kNone + 1 is 0
-  name.row = colon == kNone ? kNone : find_other_row(scan, name.text, colon);
-  if (!kLittleEndian || colon >= 7 || name.row != kNone) return;
+[[gnu::noinline]] Prefix find_prefix(Scan& scan, const char* text, u32 length) {
+  const u32 colon = plain_colon(text, length);
+  const u32 row = colon == kNone ? kNone : find_other_row(scan, text, colon);
+  const Prefix prefix = {colon + 1, row};  // kNone + 1 is 0
+  if (!kLittleEndian || colon >= 7 || row != kNone) return prefix;
   scan.known[1] = scan.known[0];
   scan.known[0].mask = (u64{1} << 8 * (colon + 1)) - 1;
-  scan.known[0].word = load_bytes(name.text, 8) & scan.known[0].mask;
+  scan.known[0].word = load_bytes(text, 8) & scan.known[0].mask;
   scan.known[0].length = colon + 1;
+  return prefix;
 }
 
 inline TagName read_name(Scan& scan, const char* text, u32 length) {
@@ -198,18 +205,23 @@ inline TagName read_name(Scan& scan, const char* text, u32 length) {
   } else if ((word & scan.known[1].mask) == scan.known[1].word) {
     name.localBegin = scan.known[1].length;
   } else {
-    find_prefix(scan, name);
+    const Prefix prefix = find_prefix(scan, text, length);
+    name.localBegin = prefix.length;
+    name.row = prefix.row;
   }
   name.hash = hash_readable(text + name.localBegin, length - name.localBegin);
   return name;
 }
 
-[[gnu::noinline]] bool has_other_name(const Node& node, const TagName& name) {
-  return names_match(node, {name.text, name.length}, name.localBegin - 1, name.row);
+[[gnu::noinline]] bool has_other_name(const Node& node, const char* text, u32 length, u32 colon,
+                                      u32 row) {
+  return names_match(node, {text, length}, colon, row);
 }
 
 inline bool has_name(const Node& node, const TagName& name) {
-  if (name.row != kNone) return has_other_name(node, name);
+  if (name.row != kNone) {
+    return has_other_name(node, name.text, name.length, name.localBegin - 1, name.row);
+  }
   return node.nameLength == name.length && equal_bytes(node.text, name.text, name.length);
 }
 
