@@ -1,13 +1,16 @@
 // SPDX-FileCopyrightText: 2026 The pxcl developers
 // SPDX-License-Identifier: Apache-2.0
 
-// Plans that the compiler made against the same keys handed in one by one.
+// Plans that the compiler made against the same keys handed in one by one, and their two ways to
+// read an element.
 
 #include "xml/fixed_plan.hpp"
 
 #include <gtest/gtest.h>
 
+#include <random>
 #include <sstream>
+#include <vector>
 
 #include "support.hpp"
 
@@ -90,6 +93,47 @@ TEST(FixedPlan, AnswersAsKeysHandedInDo) {
       }
     }
   }
+}
+
+// What the library does when it is compiled and when it runs is the same reading, up to a block.
+TEST(SimpleElement, IsReadByMasksAsByteByByte) {
+  using namespace pxcl::xml;
+  const std::string pieces[] = {"a",
+                                "bb",
+                                ":",
+                                " ",
+                                "=",
+                                "\"",
+                                "/",
+                                "=\"v",
+                                "\"/",
+                                " k=\"v\"",
+                                "-.",
+                                std::string(1, '\0'),
+                                "\t",
+                                std::string(13, 'c'),
+                                "/zirk:item_of_many kind=\"p:value\"",
+                                "name attribute/"};
+  std::minstd_rand random(1);
+  int simple = 0;
+  for (int round = 0; round < 200000; ++round) {
+    std::string text = "n";
+    for (auto count = random() % 12; count != 0; --count)
+      text += pieces[random() % std::size(pieces)];
+    const std::vector<char> exact(text.begin(), text.end());
+    const std::string_view path(exact.data(), exact.size());
+    const auto begin = static_cast<pxcl::u32>(random() % path.size());
+    SimpleElement bytes, masks;
+    const bool isSimple = read_simple_element(path, begin, bytes);
+    const bool isShort = bytes.end - begin < kBlock;
+    const bool isMarked = read_marked_element(path, begin, element_marks(path, begin), masks);
+    EXPECT_TRUE(isMarked == isSimple || !isShort) << text << " at " << begin;
+    if (!isMarked) continue;
+    ++simple;
+    EXPECT_TRUE(isSimple && std::memcmp(&bytes, &masks, sizeof bytes) == 0)
+        << text << " at " << begin;
+  }
+  EXPECT_GT(simple, 20000);
 }
 
 }  // namespace
