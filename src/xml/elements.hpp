@@ -11,14 +11,18 @@
 
 namespace pxcl::xml {
 
+// A member of a caller's record: null is empty, whatever its length says.
+inline std::string_view member(const char* text, u64 length) {
+  return text == nullptr ? std::string_view() : std::string_view(text, length);
+}
 inline std::string_view name_of(const ClXmlElement& element) {
-  return {element.name, element.nameLength};
+  return member(element.name, element.nameLength);
 }
 inline std::string_view name_of(const ClXmlAttribute& attribute) {
-  return {attribute.name, attribute.nameLength};
+  return member(attribute.name, attribute.nameLength);
 }
 inline std::string_view value_of(const ClXmlAttribute& attribute) {
-  return {attribute.value, attribute.valueLength};
+  return member(attribute.value, attribute.valueLength);
 }
 inline std::span<const ClXmlAttribute> attributes_of(const ClXmlElement& element) {
   if (element.attributes == nullptr) return {};

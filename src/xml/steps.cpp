@@ -201,8 +201,8 @@ int32_t ClXmlPrsParameter(ClXmlParserData* data, uint64_t* position) {
 int32_t ClXmlExtractAttribute(ClXmlParserData* data, ClXmlAttribute* attribute,
                               int32_t* isNamespace) {
   if (!has_document(data) || attribute == nullptr || isNamespace == nullptr) return kBadArgument;
-  if (attribute->value == nullptr || attribute->valueLength == 0 ||
-      has_space(name_of(*attribute)) || value_of(*attribute).find('<') != std::string_view::npos) {
+  if (value_of(*attribute).empty() || has_space(name_of(*attribute)) ||
+      value_of(*attribute).find('<') != std::string_view::npos) {
     return kBadAttribute;
   }
   *isNamespace = name_of(*attribute).starts_with(kNameSpaceAttribute) ? 1 : 0;

@@ -5,6 +5,7 @@
 
 #include <cstdio>
 #include <cstdlib>
+#include <type_traits>
 
 #include "pxcl.h"
 
@@ -101,7 +102,7 @@ Text reply(Stage& s, const char* name) {
   static thread_local char read[8192], room[8192];
   std::snprintf(room, sizeof room, "%s/replies/%s.xml", PXCL_TEST_DATA, name);
   std::FILE* const file = std::fopen(room, "rb");
-  if (file == nullptr) return s.kept({});
+  if (file == nullptr) return s.in({});
   const std::string_view text(read, std::fread(read, 1, sizeof read, file));
   std::fclose(file);
   const std::size_t start = text.find("<zirk:operation>");
@@ -132,7 +133,7 @@ std::uint32_t put_parameters(Stage& s, Parameter* to, std::string_view paths) {
   std::uint32_t count = 0;
   for (std::size_t begin = 0; begin < paths.size(); ++count) {
     const std::size_t end = paths.find('\n', begin);
-    to[count].path = text.data == nullptr ? nullptr : text + begin;
+    to[count].path = text + begin;
     to[count].pathLength = end - begin;
     begin = end + 1;
   }
@@ -165,7 +166,7 @@ void note_results(Stage& s, const ClXmlListParameter& one) {
 }
 
 template <typename Parameter>
-std::int64_t ask(Stage& s, std::int32_t (*function)(ClXmlRequest*), std::string_view document) {
+std::int64_t ask(Stage& s, auto function, std::string_view document) {
   ClXmlRequest* const asked = request<Parameter>(s, document);
   const std::int32_t status = function(asked);
   for (std::uint32_t i = 0; i < asked->parameterCount; ++i) {
@@ -177,7 +178,7 @@ std::int64_t ask(Stage& s, std::int32_t (*function)(ClXmlRequest*), std::string_
   return status;
 }
 
-std::int64_t replace(Stage& s, std::int32_t (*function)(ClXmlRequest*), bool found) {
+std::int64_t replace(Stage& s, auto function, bool found) {
   ClXmlRequest* const asked = request(s, large_document());
   auto* const parameters = static_cast<ClXmlParameter*>(asked->parameters);
   const Text value = s.in("new");
@@ -221,12 +222,12 @@ std::int64_t run_at(Stage& s, std::initializer_list<std::string_view> path, Step
 }
 
 ClXmlAttribute* attribute(Stage& s, std::string_view name, std::string_view value) {
-  const Text left = s.kept(name), right = s.kept(value);
+  const Text left = s.in(name), right = s.in(value);
   return s.record(ClXmlAttribute{left, left.size, right, right.size});
 }
 
 const ClXmlElement* element(Stage& s, std::string_view name) {
-  const Text text = s.kept(name);
+  const Text text = s.in(name);
   return s.record(ClXmlElement{text, text.size, attribute(s, "k", "\"v\""), 1});
 }
 
@@ -239,8 +240,7 @@ const ClssKeyValue* keys(Stage& s) {
   return s.list(both);
 }
 
-template <typename Access>
-std::int64_t access(Stage& s, Access function, std::int32_t (*release)(ClXmlRequest*)) {
+std::int64_t access(Stage& s, auto function, std::int32_t (*release)(ClXmlRequest*)) {
   const Text document = s.sized(kDocument);
   ClXmlRequest** const context = s.record<ClXmlRequest*>(nullptr);
   const std::int32_t status = function(document, document.size, keys(s), 2, context);
@@ -294,18 +294,95 @@ const ClssStatus* loaded(Stage& s) {
   return status;
 }
 
+// ---- A call with something of it zero ----
+
+// A word that is zero until the end of the call; what the call owns and replaced is released.
+struct Denial {
+  Stage& s;
+  bool owned = false;
+  std::uint64_t* word = nullptr;
+  std::uint64_t before = 0;
+  ~Denial() {
+    if (word == nullptr) return;
+    if (*word == 0) {
+      s.put(word, before);
+    } else if (owned) {
+      KWVSDisposePTRX(reinterpret_cast<void*>(before));
+    }
+  }
+};
+
+template <typename Record>
+void deny_words(Denial& denial, Record* record, bool owned = false) {
+  using Plain = std::remove_const_t<Record>;
+  if constexpr (std::is_class_v<Plain> || std::is_pointer_v<Plain>) {
+    if (record == nullptr || (!owned && !denial.s.holds(record))) return;
+    auto* const words = reinterpret_cast<std::uint64_t*>(const_cast<Plain*>(record));
+    for (std::size_t i = 0; i < sizeof(Record) / sizeof *words; ++i) {
+      if (words[i] == 0 || !denial.s.next_is_denied()) continue;
+      denial.owned = owned;
+      denial.word = &words[i];
+      denial.before = words[i];
+      denial.s.put(&words[i], 0);
+      return;
+    }
+  }
+}
+
+void deny_below(Denial&, auto) {}
+void deny_below(Denial& denial, const ClXmlElement* element) {
+  if (element != nullptr) deny_words(denial, element->attributes);
+}
+void deny_below(Denial& denial, const ClXmlRequest* asked) {
+  if (asked != nullptr) deny_words(denial, static_cast<ClXmlParameter*>(asked->parameters));
+}
+void deny_below(Denial& denial, const ClXmlParserData* data) {
+  if (data == nullptr) return;
+  deny_words(denial, data->document, true);
+  deny_words(denial, data->targets, true);
+  deny_words(denial, data->nameSpaceTable, true);
+  deny_words(denial, data, true);
+}
+
+template <typename Argument>
+void deny_argument(Denial& denial, Argument& argument) {
+  if constexpr (!std::is_class_v<Argument>) {
+    if (argument != Argument{} && denial.s.next_is_denied()) argument = Argument{};
+  }
+  if constexpr (std::is_pointer_v<Argument>) {
+    if constexpr (!std::is_same_v<Argument, ClXmlParserData*>) deny_words(denial, argument);
+    deny_below(denial, argument);
+  }
+}
+
+// A function, each of whose arguments and of their records' words can be denied.
+template <typename Result, typename... Arguments>
+class Tried {
+ public:
+  Tried(Stage& s, Result (*function)(Arguments...)) : s_(s), function_(function) {}
+  Result operator()(Arguments... arguments) const {
+    Denial denial{s_};
+    (deny_argument(denial, arguments), ...);
+    return function_(arguments...);
+  }
+
+ private:
+  Stage& s_;
+  Result (*function_)(Arguments...);
+};
+
 // ---- The table ----
 
-// `f` is the function, `s` the stage.
+// `f` is the function, tried; `s` the stage. What releases its argument is not tried: only it could.
 #define CALL(name, answer, shortage, ...)                 \
   {                                                       \
 #name, answer, shortage, [](Stage& s) -> std::int64_t { \
-    const auto f = name; (void)s; return static_cast<std::int64_t>(__VA_ARGS__); } \
+    [[maybe_unused]] const Tried f(s, name); (void)s; return static_cast<std::int64_t>(__VA_ARGS__); } \
   }
 // The call is the last of several steps, which end in its answer.
-#define STEPS(name, answer, shortage, ...)                                                          \
-  {                                                                                                 \
-#name, answer, shortage, [](Stage& s) -> std::int64_t { const auto f = name; (void)s; __VA_ARGS__ } \
+#define STEPS(name, answer, shortage, ...)                                                                              \
+  {                                                                                                                     \
+#name, answer, shortage, [](Stage& s) -> std::int64_t { [[maybe_unused]] const Tried f(s, name); (void)s; __VA_ARGS__ } \
   }
 // A document, a device ID: `d` and its length `n`.
 #define READ(name, answer, shortage, text, ...) \
@@ -322,9 +399,9 @@ const Call kCalls[] = {
   CALL(KWVSNewHNDL, 1, kNull, given(f(8))),
   CALL(KWVSNewPTR, 1, kNull, given(f(8))),
   CALL(KWVSNewPTRX, 1, kNull, given(f(8))),
-  STEPS(KWVSDisposeHNDL, 0, kNull, void** const h = s.record(KWVSNewHNDL(8)); f(h); return *h != nullptr;),
-  STEPS(KWVSDisposePTR, 0, kNull, f(KWVSNewPTR(8)); return 0;),
-  STEPS(KWVSDisposePTRX, 0, kNull, f(KWVSNewPTRX(8)); return 0;),
+  STEPS(KWVSDisposeHNDL, 0, kNull, void** const h = s.record(KWVSNewHNDL(8)); KWVSDisposeHNDL(h); return *h != nullptr;),
+  STEPS(KWVSDisposePTR, 0, kNull, KWVSDisposePTR(KWVSNewPTR(8)); return 0;),
+  STEPS(KWVSDisposePTRX, 0, kNull, KWVSDisposePTRX(KWVSNewPTRX(8)); return 0;),
   STEPS(KWVSLockHNDL, 1, kTakesNone, char* const h = s.buffer(1); return f(h) == h;),
   STEPS(KWVSUnlockHNDL, 1, kTakesNone, char* const h = s.buffer(1); return f(h) == h;),
   CALL(KWVSCheckEndian, 1, kTakesNone, f(1, 2)),
@@ -354,9 +431,9 @@ const Call kCalls[] = {
   CALL(ClXmlRequestParameterList, 0, kRanges, ask<ClXmlListParameter>(s, f, large_document())),
   CALL(ClComXmlRequestParameterList, 0, kRanges, ask<ClXmlListParameter>(s, f, large_document())),
   STEPS(ClXmlRequestParameterListFree, 0, kRanges,
-        ClXmlRequest* const r = request<ClXmlListParameter>(s, kDocument); ClXmlRequestParameterList(r); return f(r);),
+        ClXmlRequest* const r = request<ClXmlListParameter>(s, kDocument); ClXmlRequestParameterList(r); return ClXmlRequestParameterListFree(r);),
   STEPS(ClComXmlRequestParameterListFree, 0, kRanges,
-        ClXmlRequest* const r = request<ClXmlListParameter>(s, kDocument); ClComXmlRequestParameterList(r); return f(r);),
+        ClXmlRequest* const r = request<ClXmlListParameter>(s, kDocument); ClComXmlRequestParameterList(r); return ClComXmlRequestParameterListFree(r);),
   CALL(ClXmlReplaceParameter, 0, kEngine, replace(s, f, true)),
   CALL(ClXmlWrite, 0, kEngine, replace(s, f, false)),
   STEPS(ClXmlCheckEmptyTagSpec, 0, kTakesNone,
@@ -366,19 +443,19 @@ const Call kCalls[] = {
         auto* const p = s.record(ClXmlParameter{}); p->newValueOffset = 3; p->newValue = s.in("xy"); p->newValueLength = 2;
         return f(s.buffer("<b/>....."), p, s.out<std::uint64_t>(), s.out<std::uint64_t>());),
   CALL(ClXmlMemAlloc, 1, kNull, given(f(8))),
-  STEPS(ClXmlMemFree, 0, kNull, f(ClXmlMemAlloc(8)); return 0;),
+  STEPS(ClXmlMemFree, 0, kNull, ClXmlMemFree(ClXmlMemAlloc(8)); return 0;),
   STEPS(ClXmlInitializeNameSpaceTable, 1, kNull,
         auto** const t = s.record<ClXmlNameSpaceEntry*>(nullptr);
         const int made = f(t); ClXmlUnInitializeNameSpaceTable(*t); return made;),
   STEPS(ClXmlUnInitializeNameSpaceTable, 0, kNull,
-        ClXmlNameSpaceEntry* t = nullptr; ClXmlInitializeNameSpaceTable(&t); f(t); return 0;),
+        ClXmlNameSpaceEntry* t = nullptr; ClXmlInitializeNameSpaceTable(&t); ClXmlUnInitializeNameSpaceTable(t); return 0;),
   STEPS(ClXmlInitializeParserData, 0, kEngine,
         auto** const data = s.record<ClXmlParserData*>(nullptr);
         const int made = f(data, 0, nullptr, request<ClXmlListParameter>(s, kDocument));
         ClXmlUnInitializeParserData(*data); return made;),
   STEPS(ClXmlUnInitializeParserData, 0, kEngine,
         ClXmlParserData* data = nullptr; const int made = ClXmlInitializeParserData(&data, 0, request(s, kDocument), nullptr);
-        f(data); return made;),
+        ClXmlUnInitializeParserData(data); return made;),
   CALL(ClXmlParse, 0, kEngine, run(s, f)),
   CALL(ClXmlParse, -10, answers({-10, -11, -2}), run(s, f, odd_document())),
   CALL(ClXmlParse, 0, kEngine, run(s, f, large_document())),
@@ -388,6 +465,7 @@ const Call kCalls[] = {
         if (made != 0) return made;
         ClXmlParse(data);
         const int status = f(data, nullptr, r);
+        for (std::uint32_t i = 0; i < data->targetCount; ++i) ClXmlMemFree(data->targets[i].matches);
         ClXmlUnInitializeParserData(data); ClXmlRequestParameterListFree(r); return status;),
 
   // xml: steps
@@ -415,7 +493,7 @@ const Call kCalls[] = {
        run_at(s, {"cmd"}, [&](ClXmlParserData* data) { return f(data, s.string("/"), s.in("ab"), 2); })),
   CALL(ClXmlRemovePath, 0, kEngine,
        run_at(s, {"cmd", "ab"}, [&](ClXmlParserData* data) { return f(data, s.in("ab"), 2); })),
-  STEPS(ClXmlClearPath, 0, kNull, f(static_cast<char*>(ClXmlMemAlloc(8))); return 0;),
+  STEPS(ClXmlClearPath, 0, kNull, ClXmlClearPath(static_cast<char*>(ClXmlMemAlloc(8))); return 0;),
   CALL(ClXmlFirstElementLengthOfPath, 1, kTakesNone, f(s.in("ab/c"), 4, s.out<std::uint64_t>())),
   CALL(ClXmlIsKnownNicknameNs, 0, kEngine,
        run(s, [&](ClXmlParserData* data) { return f(data, s.in("zirk"), 4, s.out<std::uint32_t>(0)); })),
@@ -444,8 +522,8 @@ const Call kCalls[] = {
   CALL(GetXmlDataByKey, 0, kKeyed, access(s, f, ClearCL_XML)),
   CALL(GetXmlDataByKeyList, 0, answers({0, -1, -2}), access(s, f, ClearCL_XML2)),
   CALL(ReplaceXmlDataByKey, 0, kKeyed, access(s, f, ClearCL_XML)),
-  CALL(ClearCL_XML, 0, kKeyed, access(s, SetCL_XML, f)),
-  CALL(ClearCL_XML2, 0, kKeyed, access(s, SetCL_XML2, f)),
+  CALL(ClearCL_XML, 0, kKeyed, access(s, SetCL_XML, ClearCL_XML)),
+  CALL(ClearCL_XML2, 0, kKeyed, access(s, SetCL_XML2, ClearCL_XML2)),
   CALL(GetVasloID, 0, kTakesNone, f(glb_clssdicColormodeTbl, CLSS_DICNUM_COLORMODE, s.in("co lor"), 6,
                                     s.out<std::uint16_t>(), s.out<std::uint16_t>())),
   CALL(GetValue, 0, kTakesNone, f(s.in(" 12"), 3, s.out<std::uint32_t>())),
@@ -468,7 +546,7 @@ const Call kCalls[] = {
         ItemSet* const all = items(s, 0, true, "printcolormode");
         return end_items(s, all, f(d, n, all, 2, s.string("stationery"), 0, 1));),
   STEPS(ReleaseItemSetList, 0, kNull, ItemSet* const all = items(s, 0, false, "x");
-        all[1].entries = static_cast<ItemEntry*>(KWVSNewPTRX(sizeof(ItemEntry))); f(all, 2); return all[1].entries != nullptr;),
+        all[1].entries = static_cast<ItemEntry*>(KWVSNewPTRX(sizeof(ItemEntry))); ReleaseItemSetList(all, 2); return all[1].entries != nullptr;),
   READ(checkSuport, 2, kKeyed, reply(s, "capability_small"), kGetCapability, items(s, 0, false, "papersize"), 1),
   CALL(getToken, 1, kTakesNone, f(s.in("a:b;"), 4, s.string(":"), s.string(";"), 0, s.out<std::uint32_t>()) != nullptr),
   CALL(getTokenTotal, 2, kTakesNone, f(s.in("a;b;"), 4, s.string(";"))),

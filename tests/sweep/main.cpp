@@ -4,7 +4,8 @@
 // sweep MODE: every exported function, called
 //   heap     with exact blocks, for the tools that watch every access
 //   pages    with its texts and variables against unreadable pages
-//   nulls    with each of its texts and variables a null pointer in turn, and with each text empty
+//   nulls    with each of its arguments and of their records' members zero in turn, and with each
+//            text empty
 //   memory   with each of its allocations failing, alone and with all that follow
 //   threads  by eight threads at once
 // or listed: names
@@ -126,11 +127,11 @@ void make_without_memory() {
 }
 
 // Nothing is asked of the answer: some may be null or empty.
-std::uint64_t deny_each(const Call& call, Stage& stage, Stage::Denied what) {
+std::uint64_t deny_each(const Call& call, Stage& stage) {
   current = &call;
   bool denied = true;
   for (currentFailure = 1; denied; ++currentFailure) {
-    stage.deny(currentFailure, what);
+    stage.deny(currentFailure);
     denied = make(call, stage).denied;
   }
   return currentFailure - 2;
@@ -139,10 +140,7 @@ std::uint64_t deny_each(const Call& call, Stage& stage, Stage::Denied what) {
 void make_with_nulls() {
   Stage stage(Ground::kBeforePage);
   std::uint64_t count = 0;
-  for (const Call& call : calls()) {
-    count += deny_each(call, stage, Stage::Denied::kPointer);
-    count += deny_each(call, stage, Stage::Denied::kContents);
-  }
+  for (const Call& call : calls()) count += deny_each(call, stage);
   std::printf("%llu nulls and empty texts\n", static_cast<unsigned long long>(count));
 }
 

@@ -108,7 +108,6 @@ void* Stage::read_only(const void* bytes, std::uint64_t size) {
 }
 
 void* Stage::written(std::uint64_t size, const void* initial) {
-  if (next_is_denied() && what_ == Denied::kPointer) return nullptr;
   char* const begin = place(size, Place::Use::kWritten);
   if (initial != nullptr) {
     std::memcpy(begin, initial, size);
@@ -123,22 +122,35 @@ void* Stage::recorded(std::uint64_t size) {
   return place(size, Place::Use::kRecord);
 }
 
-Text Stage::kept(std::string_view text) {
+Text Stage::in(std::string_view text) {
   return {static_cast<const char*>(read_only(text.data(), text.size())), {text.size()}};
 }
 
-Text Stage::in(std::string_view text) {
-  return next_is_denied() && what_ == Denied::kPointer ? Text{nullptr, {text.size()}} : kept(text);
-}
-
 Text Stage::sized(std::string_view text) {
-  if (!next_is_denied()) return kept(text);
-  return what_ == Denied::kPointer ? Text{nullptr, {text.size()}} : kept({});
+  return in(next_is_denied() ? std::string_view() : text);
 }
 
 const char* Stage::string(const char* text) {
-  const Text made = sized({text, std::strlen(text) + 1});
-  return made.data != nullptr && made.size.value == 0 ? kept({"", 1}).data : made.data;
+  if (next_is_denied()) text = "";
+  return in({text, std::strlen(text) + 1}).data;
+}
+
+std::size_t Stage::find(const void* record) const {
+  std::size_t i = 0;
+  while (i < used_ && places_[i].begin != record) ++i;
+  return i;
+}
+
+void Stage::put(std::uint64_t* word, std::uint64_t value) {
+  for (std::size_t i = 0; ground_ != Ground::kHeap && i < used_; ++i) {
+    const auto offset =
+        reinterpret_cast<std::uintptr_t>(word) - reinterpret_cast<std::uintptr_t>(room_of(i));
+    if (places_[i].use != Place::Use::kRead || offset >= kRoom) continue;
+    protect(room_of(i), PROT_READ | PROT_WRITE);
+    *word = value;
+    return protect(room_of(i), PROT_READ);
+  }
+  *word = value;
 }
 
 char* Stage::buffer(std::string_view initial) {

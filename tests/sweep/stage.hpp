@@ -42,14 +42,11 @@ class Stage {
 
   // Texts and records that the call may only read.
   Text in(std::string_view text);
-  Text sized(std::string_view text);  // whose length is taken from here
-  Text kept(std::string_view text);   // never a null pointer
+  Text sized(std::string_view text);  // whose length is taken from here: it may be denied
   const char* string(const char* text);
   template <typename Record, std::size_t count>
   const Record* list(const Record (&records)[count]) {
-    return next_is_denied() && what_ == Denied::kPointer
-               ? nullptr
-               : static_cast<const Record*>(read_only(records, sizeof records));
+    return static_cast<const Record*>(read_only(records, sizeof records));
   }
 
   // What the call is to write: filled, or holding an initial value.
@@ -70,14 +67,14 @@ class Stage {
   template <typename Record>
   Record* record(const Record& initial, std::uint64_t count = 1);
 
-  // From now on the `nth` of a call's texts and variables is a null pointer, or the string or
-  // sized() text is empty. Those of kept() and record() don't count.
-  enum class Denied { kPointer, kContents };
-  void deny(std::size_t nth, Denied what) {
-    denied_ = nth;
-    what_ = what;
-  }
+  // From now on the `nth` thing that can be denied to a call is: a string or sized() text is empty,
+  // what else asks next_is_denied() is zero.
+  void deny(std::size_t nth) { denied_ = nth; }
+  bool next_is_denied() { return ++asked_ == denied_; }
   bool has_denied() const { return asked_ >= denied_; }  // before the end of the call
+  // A record of this stage, and a way to change what the call may only read.
+  bool holds(const void* record) const { return find(record) < used_; }
+  void put(std::uint64_t* word, std::uint64_t value);
 
   // One more result of the call.
   void note(std::uint64_t value) { mix(&value, sizeof value); }
@@ -96,7 +93,7 @@ class Stage {
     enum class Use { kRead, kWritten, kRecord } use;
   };
 
-  bool next_is_denied() { return ++asked_ == denied_; }
+  std::size_t find(const void* record) const;
   char* place(std::uint64_t size, Place::Use use);
   void* read_only(const void* bytes, std::uint64_t size);
   void* written(std::uint64_t size, const void* initial = nullptr);
@@ -112,7 +109,6 @@ class Stage {
   std::size_t used_ = 0;
   std::size_t asked_ = 0;
   std::size_t denied_ = 0;  // 0: none
-  Denied what_ = Denied::kPointer;
   std::uint64_t digest_;
 };
 
