@@ -315,7 +315,10 @@ struct Denial {
 template <typename Record>
 void deny_words(Denial& denial, Record* record, bool owned = false) {
   using Plain = std::remove_const_t<Record>;
-  if constexpr (std::is_class_v<Plain> || std::is_pointer_v<Plain>) {
+  if constexpr (std::is_integral_v<Plain> && std::same_as<Plain, Record>) {
+    if (record != nullptr && *record != 0 && denial.s.holds(record) && denial.s.next_is_denied())
+      *record = 0;
+  } else if constexpr (std::is_class_v<Plain> || std::is_pointer_v<Plain>) {
     if (record == nullptr || (!owned && !denial.s.holds(record))) return;
     auto* const words = reinterpret_cast<std::uint64_t*>(const_cast<Plain*>(record));
     for (std::size_t i = 0; i < sizeof(Record) / sizeof *words; ++i) {
@@ -340,7 +343,6 @@ void deny_below(Denial& denial, const ClXmlParserData* data) {
   if (data == nullptr) return;
   deny_words(denial, data->document, true);
   deny_words(denial, data->targets, true);
-  deny_words(denial, data->nameSpaceTable, true);
   deny_words(denial, data, true);
 }
 
@@ -351,7 +353,7 @@ void deny_argument(Denial& denial, Argument& argument) {
   }
   if constexpr (std::is_pointer_v<Argument>) {
     if constexpr (!std::is_same_v<Argument, ClXmlParserData*>) deny_words(denial, argument);
-    deny_below(denial, argument);
+    deny_below(denial, static_cast<const std::remove_pointer_t<Argument>*>(argument));
   }
 }
 
