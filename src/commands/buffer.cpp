@@ -74,8 +74,8 @@ void fill_cleared(const Fillable& document, Values values, u64 length, const Out
   const u64 cleared = cleared_size(out);
   if (cleared > length) {
     std::memset(out.buffer + length, 0, cleared - length);
-  } else if (out.size > length) {
-    out.buffer[length] = 0;
+  } else {
+    out.buffer[length] = 0;  // there is room: more is asked for than the document takes
   }
   fill(document, values, out.buffer);
   *out.length = length;
@@ -105,11 +105,6 @@ i32 copy_command(const Document& document, const Output& out) {
 }
 
 i32 format_command(const Fillable& document, Values values, const Output& out) {
-  if (!is_usable(out)) return CLSS_COMMAND_BAD_ARGUMENT;
-  return format_unpaired(document, values, out);
-}
-
-i32 format_unpaired(const Fillable& document, Values values, const Output& out) {
   const u64 length = length_of(document, values);
   const u64 need = length + document.spare;
   if (need >= u64{std::numeric_limits<i32>::max()}) return CLSS_COMMAND_NOT_FORMATTED;

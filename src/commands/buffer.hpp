@@ -32,11 +32,11 @@ inline bool is_usable(const Output& out) {
   return out.length != nullptr && (out.buffer == nullptr) == (out.size == 0);
 }
 
-// Room for the document: kWrite. Otherwise the builder's status: the size query answered or a
+// Room for the document, which is never empty: kWrite. Otherwise the builder's status: the size query answered or a
 // buffer that is too small, the need stored in both.
 inline constexpr i32 kWrite = 1;
 inline i32 offer(u64 need, const Output& out) {
-  if (out.size >= need && out.size != 0) return kWrite;
+  if (out.size >= need) return kWrite;
   *out.length = need;
   return out.size == 0 ? CLSS_COMMAND_OK : CLSS_COMMAND_BUFFER_TOO_SMALL;
 }
@@ -54,10 +54,9 @@ inline u64 length_of(const Fillable& document, Values values) {
 // That document, written to `out`.
 void fill(const Fillable& document, Values values, char* out);
 
-// Formatted: the holes filled, zeros after the document. The second form does without is_usable()
-// and refuses only the null buffer that it would write to.
+// Formatted: the holes filled, zeros after the document. Does without is_usable(): refuses only the
+// null buffer that it would write to.
 i32 format_command(const Fillable& document, Values values, const Output& out);
-i32 format_unpaired(const Fillable& document, Values values, const Output& out);
 
 // Keyed: the texts at the path keys rewritten, zeros after the document. An empty value is refused;
 // on a failure the buffer is left with the document as it stands here.

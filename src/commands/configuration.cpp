@@ -182,7 +182,7 @@ u16 find_last(const Listing<Record>& listing, std::span<const Record> records, u
 template <typename Record>
 u16 find_in_long_list(const Listing<Record>& listing, std::string_view reply, u16 wanted) {
   i32 count = 0;
-  if (listing.list(reply.data(), reply.size(), nullptr, &count) < 0) return keyed::kNameSpaceCount;
+  listing.list(reply.data(), reply.size(), nullptr, &count);  // counts none when it fails
   const u64 room = static_cast<u64>(std::min(count, kMostRecords));
   const auto records = Owned<Record>::allocate(room);
   if (!records) return keyed::kNameSpaceCount;
@@ -355,5 +355,5 @@ i32 CLSS_MakeCommand_SetConfigurationDevice(ClssDeviceSettings settings, const c
   if (!is_row(settings.pliAgreement, CLSS_DICNUM_PLI_AGR)) return CLSS_COMMAND_BAD_SETTING;
   const std::string_view fields[] = {jobID,
                                      glb_clssdicPLIagreementTbl[settings.pliAgreement].keyword};
-  return format_unpaired(kSetDeviceConfiguration, fields, {buffer, size, length});
+  return format_command(kSetDeviceConfiguration, fields, {buffer, size, length});
 }

@@ -50,7 +50,6 @@ void fill(const ClssKeyValue& record, ClXmlListParameter* parameter) {
 i32 attach_buffer(Records records, ClXmlRequest* context) {
   const u64 need =
       Get_NeedBufferSize(context->documentLength, records.data(), static_cast<u32>(records.size()));
-  if (need == 0) return kOk;
   context->output = Owned<char>::allocate(need).release();
   if (context->output == nullptr) return kNoMemory;
   context->outputSize = need;

@@ -13,7 +13,7 @@ namespace pxcl::keyed {
 
 // Scans `document` once for every key; kOk or kBadArgument. The answers own their ranges: they go
 // when the queries do, on success and failure alike.
-i32 ask(std::string_view document, std::span<xml::Query> keys, u64* stopPosition = nullptr);
+i32 ask(std::string_view document, std::span<xml::Query> keys);
 
 // The same for keys that `plan` was made of.
 i32 ask(std::string_view document, const xml::Plan& plan, std::span<xml::Query> keys,

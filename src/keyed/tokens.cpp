@@ -22,13 +22,12 @@ u64 find(std::string_view text, std::string_view token) {
 // What follows the given occurrence of a token; empty when there is nothing or no such occurrence.
 std::string_view behind(std::string_view text, std::string_view token, i32 occurrence) {
   if (token.empty()) return text;  // every occurrence of it is at the beginning
-  for (i32 seen = 0; !text.empty(); ++seen) {
+  for (i32 seen = 0;; ++seen) {
     const u64 at = find(text, token);
     if (at == text.size()) return {};
     text = from(text, at + token.size());
     if (seen == occurrence) return text;
   }
-  return {};
 }
 
 // The text without its white space, zero-terminated.

@@ -128,6 +128,12 @@ bool is_job_id(const char* text) {
   return std::strlen(text) == kJobIDLength && std::all_of(text, text + kJobIDLength, is_digit);
 }
 
+DicMatch find_word(std::span<const ClssDicRow> dictionary, std::string_view word) {
+  const WordIndex* index = word_index_of(dictionary.data());
+  if (index != nullptr) return find_indexed(dictionary, *index, word);
+  return find_row(dictionary, [&](const char* keyword) { return is_word(keyword, word); });
+}
+
 }  // namespace
 
 DicMatch look_up(std::span<const ClssDicRow> dictionary, std::string_view text) {
@@ -138,15 +144,11 @@ DicMatch look_up(std::span<const ClssDicRow> dictionary, std::string_view text) 
     return find_row(dictionary,
                     [&](const char* keyword) { return is_same_long_word(keyword, text); });
   }
-  const WordIndex* index = word_index_of(dictionary.data());
-  if (index != nullptr) return find_indexed(dictionary, *index, word);
-  return find_row(dictionary, [&](const char* keyword) { return is_word(keyword, word); });
+  return find_word(dictionary, word);
 }
 
 u16 find_keyword(std::span<const ClssDicRow> dictionary, std::string_view word) {
-  const WordIndex* index = word_index_of(dictionary.data());
-  if (index != nullptr) return find_indexed(dictionary, *index, word).index;
-  return find_row(dictionary, [&](const char* keyword) { return is_word(keyword, word); }).index;
+  return find_word(dictionary, word).index;
 }
 
 u32 read_number(std::string_view text) {

@@ -173,7 +173,8 @@ i32 count_entries(std::string_view document, i32 (*parse)(std::string_view, i32&
                   i32& count) {
   i32 index = kCountQuery;
   const i32 status = parse(document, index, nullptr);
-  if (status == kOk || status == kNothingListed) count = status == kOk ? index : 0;
+  if (status == kOk) count = index;
+  if (status == kNothingListed) count = 0;
   return status;
 }
 

@@ -39,10 +39,6 @@ struct Digits {
   }
 };
 
-constexpr u32 magnitude(i32 value) {
-  return value < 0 ? 0U - static_cast<u32>(value) : static_cast<u32>(value);
-}
-
 // The value of a digit; anything else is no digit of any base.
 constexpr u32 digit_value(char byte) {
   if (byte >= '0' && byte <= '9') return static_cast<u32>(byte - '0');
@@ -96,7 +92,8 @@ int32_t KWVS4sToString(int32_t value, char* buffer, uint64_t size, uint32_t flag
   }
   const bool negative = baseField == KWVS_BASE_DECIMAL && value < 0;
   const bool terminated = (flags & KWVS_NO_TERMINATOR) == 0;
-  const Digits digits(negative ? magnitude(value) : static_cast<u32>(value), kBases[baseField]);
+  const u32 bits = static_cast<u32>(value);
+  const Digits digits(negative ? 0U - bits : bits, kBases[baseField]);
 
   const u64 needed = u64{negative} + u64{terminated} + digits.count;
   if (size < needed) return KWVS_BUFFER_TOO_SMALL;

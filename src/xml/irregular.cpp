@@ -114,13 +114,13 @@ bool take_step(Scan& scan, u32 begin, u32 end) {
       growing.phase = GrowingElement::kInValue;
       return true;
     case GrowingElement::kInValue:
-      if (!take_until(scan, '"', end)) return false;
-      note_attribute(scan, trim_end(path_text(scan, growing.attributeBegin, growing.attributeEnd)),
-                     path_text(scan, growing.valueBegin, growing.parsedTo));
-      growing.phase = GrowingElement::kGap;
-      return true;
+      break;
   }
-  return false;
+  if (!take_until(scan, '"', end)) return false;
+  note_attribute(scan, trim_end(path_text(scan, growing.attributeBegin, growing.attributeEnd)),
+                 path_text(scan, growing.valueBegin, growing.parsedTo));
+  growing.phase = GrowingElement::kGap;
+  return true;
 }
 
 bool all_satisfied(const Scan& scan, const Node& node) {

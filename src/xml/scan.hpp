@@ -38,15 +38,8 @@ struct EachText {
 };
 
 constexpr Collect collect_for(Wanted wanted) {
-  switch (wanted) {
-    case Wanted::kFirst:
-      return Collect::kFirst;
-    case Wanted::kAll:
-      return Collect::kRanges;
-    case Wanted::kEach:
-      return Collect::kEach;
-  }
-  return Collect::kFirst;
+  if (wanted == Wanted::kAll) return Collect::kRanges;
+  return wanted == Wanted::kEach ? Collect::kEach : Collect::kFirst;
 }
 
 // One requested path.
