@@ -90,15 +90,18 @@ inline constexpr u32 kRootNode = 0;
 
 inline constexpr bool kLittleEndian = std::endian::native == std::endian::little;
 
-constexpr u64 load_bytes(const char* bytes, u32 count) {
+constexpr u64 join_bytes(const char* bytes, u32 count) {
   u64 value = 0;
-  if (!std::is_constant_evaluated()) {
-    std::memcpy(&value, bytes, count);
-    return value;
-  }
   for (u32 i = 0; i < count; ++i) {
     value |= u64{static_cast<u8>(bytes[i])} << 8 * (kLittleEndian ? i : count - 1 - i);
   }
+  return value;
+}
+
+constexpr u64 load_bytes(const char* bytes, u32 count) {
+  if (std::is_constant_evaluated()) return join_bytes(bytes, count);
+  u64 value = 0;
+  std::memcpy(&value, bytes, count);
   return value;
 }
 

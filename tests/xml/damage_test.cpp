@@ -29,7 +29,7 @@ EngineCase make_large() {
   }
   for (int i = 0; i < 12; ++i) one.document += "<x>" + std::to_string(i) + "</x><y/>";
   one.document += "<many";
-  for (int i = 0; i < 20; ++i) one.document += " k" + std::to_string(i) + "=\"v\"";
+  for (int i = 0; i < 40; ++i) one.document += " k" + std::to_string(i) + "=\"v\"";
   one.document += "/>";
   for (int i = 0; i < 100; ++i) {
     one.document += "<d>";
@@ -66,8 +66,8 @@ TEST(ShortMemory, PlainRoute) {
   fail_runs(small);
 }
 
-TEST(ShortMemory, Scan) {
-  const EngineCase one = make_large();
+void fail_scans(const EngineCase& one) {
+  SCOPED_TRACE(one.document);
   int whole = 0;
   pxcl_test::fails_cleanly_at_every_allocation([&](bool failing) {
     std::vector<pxcl::xml::Query> queries;
@@ -80,6 +80,47 @@ TEST(ShortMemory, Scan) {
     if (!failing) whole = result;
     EXPECT_TRUE(result == whole || is_documented(result)) << result;
   });
+}
+
+TEST(ShortMemory, Scan) {
+  fail_scans(make_large());
+}
+
+// More paths than the index keeps without allocating, each form of an element by itself.
+TEST(ShortMemory, Paths) {
+  for (const char* element : {"", " k", " k=\"v\"", "  k=\"v\" l", "/ k=\"v\"", "/"}) {
+    EngineCase one;
+    for (int i = 0; i < 140; ++i) one.paths.push_back("cmd/n" + std::to_string(i) + element);
+    one.document = "<?xml ?><cmd><n7 k=\"v\">text</n7></cmd>";
+    fail_scans(one);
+  }
+}
+
+// The ninth open element whose path ends in "/" is one too many.
+TEST(ShortMemory, PathsThatEndInASeparator) {
+  static constexpr const char* kLast[][2] = {
+      {"b", "b"},     {"b k", "b k=\"v\""}, {"b k=\"v\"", "b k=\"v\""},
+      {"b/c", "b/c"}, {"b/c", "b/c/"},      {"b l=\"w\" k=\"v\"", "b k=\"v\" l=\"w\""}};
+  for (const auto& [path, tag] : kLast) {
+    EngineCase one;
+    std::string above = "cmd/";
+    one.document = "<?xml ?><cmd>";
+    for (int i = 0; i < 7; ++i, above += "a/", one.document += "<a>") one.paths.push_back(above);
+    for (const std::string& last : {above, above + path + "/"}) one.paths.push_back(last);
+    one.document += std::string("<") + tag + "><x>text</x>" + std::string(600, ' ');
+    fail_scans(one);
+  }
+}
+
+// The path buffer ends in each part of a tag in turn.
+TEST(ShortMemory, IrregularTags) {
+  for (std::size_t size = 180; size < 260; ++size) {
+    EngineCase one;
+    one.paths = {"cmd/s"};
+    one.document = "<?xml ?><cmd xmlns:z=\"http://www.example.com/ns/cmd/2008/07/common/\"><s/" +
+                   std::string(size, 's') + "/\"x z:key=\"z:value\"><z:a/b k=\"v\">";
+    fail_scans(one);
+  }
 }
 
 // A list record whose ranges could not be made keeps null ranges and the scan's own result.

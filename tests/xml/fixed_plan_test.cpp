@@ -71,6 +71,16 @@ std::string item(const std::string& attributes) {
   return "<p:item_of_many" + attributes + ">t<p:b>1</p:b><vrx:b>22</vrx:b></p:item_of_many>";
 }
 
+// What the compiler joins byte by byte is read by words at run time.
+TEST(FixedPlan, WordsAreReadAsBytesAre) {
+  using namespace pxcl::xml;
+  for (const char* bytes : {"\x80zirk:ab", "\0\xFF:\"/ =;", "abcdefgh"}) {
+    for (pxcl::u32 count = 0; count <= 8; ++count) {
+      EXPECT_EQ(load_bytes(bytes, count), join_bytes(bytes, count)) << bytes << count;
+    }
+  }
+}
+
 TEST(FixedPlan, AnswersAsKeysHandedInDo) {
   std::string inside = "text<p:b>x</p:b><vrx:b>y</vrx:b><b_c/><p:b></p:b>";
   for (const char* attributes :
