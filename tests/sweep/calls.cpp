@@ -434,6 +434,7 @@ const Call kCalls[] = {
   CALL(ClComXmlRequestParameterList, 0, kRanges, ask<ClXmlListParameter>(s, f, large_document())),
   STEPS(ClXmlRequestParameterListFree, 0, kRanges,
         ClXmlRequest* const r = request<ClXmlListParameter>(s, kDocument); ClXmlRequestParameterList(r); return ClXmlRequestParameterListFree(r);),
+  CALL(ClXmlRequestParameterListFree, 0, kTakesNone, f(s.record(ClXmlRequest{}))),
   STEPS(ClComXmlRequestParameterListFree, 0, kRanges,
         ClXmlRequest* const r = request<ClXmlListParameter>(s, kDocument); ClComXmlRequestParameterList(r); return ClComXmlRequestParameterListFree(r);),
   CALL(ClXmlReplaceParameter, 0, kEngine, replace(s, f, true)),
