@@ -32,8 +32,8 @@ inline bool is_usable(const Output& out) {
   return out.length != nullptr && (out.buffer == nullptr) == (out.size == 0);
 }
 
-// Room for the document, which is never empty: kWrite. Otherwise the builder's status: the size query answered or a
-// buffer that is too small, the need stored in both.
+// Room for the document, which is never empty: kWrite. Otherwise the builder's status: the size
+// query answered or a buffer that is too small, the need stored in both.
 inline constexpr i32 kWrite = 1;
 inline i32 offer(u64 need, const Output& out) {
   if (out.size >= need) return kWrite;

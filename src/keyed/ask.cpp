@@ -16,6 +16,7 @@ i32 ask(std::string_view document, const xml::Plan& plan, std::span<xml::Query> 
   return xml::scan(document, plan, keys, stopPosition) == kOk ? kOk : kBadArgument;
 }
 
+// The counts are made of 32-bit numbers: the size does not overflow.
 bool KeyList::allocate(u64 count) {
   xml::Query* block = static_cast<xml::Query*>(KWVSNewPTRX(count * sizeof(xml::Query)));
   if (block == nullptr) return false;

@@ -296,15 +296,21 @@ const ClssStatus* loaded(Stage& s) {
 
 // ---- A call with something of it zero ----
 
+std::uint64_t word_at(const char* place) {
+  std::uint64_t word;
+  std::memcpy(&word, place, sizeof word);
+  return word;
+}
+
 // A word that is zero until the end of the call; what the call owns and replaced is released.
 struct Denial {
   Stage& s;
   bool owned = false;
-  std::uint64_t* word = nullptr;
+  char* word = nullptr;
   std::uint64_t before = 0;
   ~Denial() {
     if (word == nullptr) return;
-    if (*word == 0) {
+    if (word_at(word) == 0) {
       s.put(word, before);
     } else if (owned) {
       KWVSDisposePTRX(reinterpret_cast<void*>(before));
@@ -315,18 +321,19 @@ struct Denial {
 template <typename Record>
 void deny_words(Denial& denial, Record* record, bool owned = false) {
   using Plain = std::remove_const_t<Record>;
+  if (record == nullptr || (!owned && !denial.s.holds(record))) return;
   if constexpr (std::is_integral_v<Plain> && std::same_as<Plain, Record>) {
-    if (record != nullptr && *record != 0 && denial.s.holds(record) && denial.s.next_is_denied())
-      *record = 0;
+    if (*record != 0 && denial.s.next_is_denied()) *record = 0;
   } else if constexpr (std::is_class_v<Plain> || std::is_pointer_v<Plain>) {
-    if (record == nullptr || (!owned && !denial.s.holds(record))) return;
-    auto* const words = reinterpret_cast<std::uint64_t*>(const_cast<Plain*>(record));
-    for (std::size_t i = 0; i < sizeof(Record) / sizeof *words; ++i) {
-      if (words[i] == 0 || !denial.s.next_is_denied()) continue;
+    char* const bytes = reinterpret_cast<char*>(const_cast<Plain*>(record));
+    for (std::size_t at = 0; at + sizeof denial.before <= sizeof(Record);
+         at += sizeof denial.before) {
+      const std::uint64_t before = word_at(bytes + at);
+      if (before == 0 || !denial.s.next_is_denied()) continue;
       denial.owned = owned;
-      denial.word = &words[i];
-      denial.before = words[i];
-      denial.s.put(&words[i], 0);
+      denial.word = bytes + at;
+      denial.before = before;
+      denial.s.put(denial.word, 0);
       return;
     }
   }

@@ -141,16 +141,16 @@ std::size_t Stage::find(const void* record) const {
   return i;
 }
 
-void Stage::put(std::uint64_t* word, std::uint64_t value) {
+void Stage::put(char* word, std::uint64_t value) {
   for (std::size_t i = 0; ground_ != Ground::kHeap && i < used_; ++i) {
     const auto offset =
         reinterpret_cast<std::uintptr_t>(word) - reinterpret_cast<std::uintptr_t>(room_of(i));
     if (places_[i].use != Place::Use::kRead || offset >= kRoom) continue;
     protect(room_of(i), PROT_READ | PROT_WRITE);
-    *word = value;
+    std::memcpy(word, &value, sizeof value);
     return protect(room_of(i), PROT_READ);
   }
-  *word = value;
+  std::memcpy(word, &value, sizeof value);
 }
 
 char* Stage::buffer(std::string_view initial) {

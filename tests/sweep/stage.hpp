@@ -74,7 +74,7 @@ class Stage {
   bool has_denied() const { return asked_ >= denied_; }  // before the end of the call
   // A record of this stage, and a way to change what the call may only read.
   bool holds(const void* record) const { return find(record) < used_; }
-  void put(std::uint64_t* word, std::uint64_t value);
+  void put(char* word, std::uint64_t value);
 
   // One more result of the call.
   void note(std::uint64_t value) { mix(&value, sizeof value); }
