@@ -6,6 +6,8 @@
 
 #pragma once
 
+#include <cstdio>
+#include <cstdlib>
 #include <cstring>
 #include <memory>
 #include <sstream>
@@ -353,6 +355,16 @@ inline std::string compare_routes(const EngineCase& one) {
   EngineCase longer = one;
   longer.document.append(80, ' ');
   return compare_requests<ClXmlListParameter>(Texts(longer), one.flags);
+}
+
+// For the fuzz targets: both routes agree, or the process ends with the case on stderr.
+inline void require_agreement(const EngineCase& one) {
+  const std::string found = compare_routes(one);
+  if (found.empty()) return;
+  std::fprintf(stderr, "%s", found.c_str());
+  for (const std::string& path : one.paths) std::fprintf(stderr, "[%s]\n", path.c_str());
+  std::fprintf(stderr, "%s\n", one.document.c_str());
+  std::abort();
 }
 
 }  // namespace pxcl_test
