@@ -30,12 +30,12 @@ const Word kWords[] = {
   {kDeclare, "xmlns:zirk", "4"}, {kDeclare, "xmlns:q", "1"}, {kDeclare, "xmlns:p", "3"},
   {kDeclare, "xmlns:zi", "2"}, {kDeclare, "xmlns", "0"}, {kDeclare, "xmlns:vrx", "0"},
   {kDeclare, "xmlns:\"p", "1"},
-  {kAttribute, " k=\"v\""}, {kAttribute, " l=\"w\""}, {kAttribute, " k=\"v\"", " k"},
+  {kAttribute, " k=\"v\""}, {kAttribute, " l=\"w\""}, {kAttribute, " k=\"v\"", " k"}, {kAttribute, " k=\"w\""},
   {kAttribute, " zirk:k=\"v\""}, {kAttribute, " zirk:k=\"v\"", " ikw:k=\"v\""},
   {kAttribute, " p:k=\"v\"", " zirk:k=\"v\""}, {kAttribute, " k=\"p:x\"", " k=\"ikw:x\""},
   {kAttribute, " k=\"ikw:x\""}, {kAttribute, " k=\":x\""}, {kAttribute, " =k=\"v\"", " k=\"v\""},
   {kAttribute, " k==\"v\""}, {kAttribute, " k=\"\""}, {kAttribute, " k=\" v \"", " k=\"v\""},
-  {kAttribute, " k='v'"}, {kAttribute, " k=\"value-of.more,than 16/x\""},
+  {kAttribute, " k=\"v \"", " k=\"v\""}, {kAttribute, " k='v'"}, {kAttribute, " k=\"value-of.more,than 16/x\""},
   {kAttribute, " physicalinputbin=\"a value that has thirty-two and more bytes\""}, {kAttribute, " k=\"v/w\""},
   {kAttribute, " k=\"v>w\""}, {kAttribute, " k=\"<\""}, {kAttribute, "k=\"v\""}, {kAttribute, " xk=\"v\""},
   {kAttribute, " k-l.m=\"v\""}, {kAttribute, " "}, {kAttribute, "\t", ""}, {kAttribute, "\""},
@@ -47,7 +47,7 @@ const Word kWords[] = {
   {kClose, ""}, {kClose, ""}, {kClose, ""}, {kClose, " "}, {kClose, "/"}, {kAgain, ""}, {kAgain, ""}, {kAgain, ""},
   {kAsk, ""}, {kAsk, ""}, {kAsk, "="}, {kAsk, " "}, {kMore, " k"}, {kMore, " k=\"v\""}, {kMore, " l=\"w\""},
   {kMore, " zirk:k"}, {kMore, "/"}, {kMore, "/b"}, {kMore, "/zirk:b"}, {kMore, "/zirk:item_of_many k"},
-  {kMore, "  l"}, {kMore, "x"},
+  {kMore, "  l"}, {kMore, "x"}, {kMore, " ="}, {kMore, "\""},
 };
 // clang-format on
 
@@ -88,12 +88,12 @@ struct Writer {
     if (!word.empty()) paths.back() = paths.back().substr(0, paths.back().find(word, begin));
   }
 
-  // A row of clNsTable, the one behind them for a foreign URI; no declaration beyond.
+  // A row of clNsTable, the one behind them for a foreign URI: without a colon, as plain values are.
+  // Beyond no declaration.
   void declare(const std::string& name, int row) {
     constexpr int kForeign = std::size(clNsTable) - 1;
     if (row > kForeign) return;
-    document +=
-        " " + name + "=\"" + (row < kForeign ? clNsTable[row].uri : "http://elsewhere/") + "\"";
+    document += " " + name + "=\"" + (row < kForeign ? clNsTable[row].uri : "elsewhere") + "\"";
   }
 
   void take(const Word& word) {
