@@ -371,7 +371,7 @@ class Tried {
   Tried(Stage& s, Result (*function)(Arguments...)) : s_(s), function_(function) {}
   Result operator()(Arguments... arguments) const {
     Denial denial{s_};
-    (deny_argument(denial, arguments), ...);
+    if (s_.denies()) (deny_argument(denial, arguments), ...);  // no look at what is uninitialised
     return function_(arguments...);
   }
 

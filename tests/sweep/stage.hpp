@@ -70,6 +70,7 @@ class Stage {
   // From now on the `nth` thing that can be denied to a call is: a string or sized() text is empty,
   // what else asks next_is_denied() is zero.
   void deny(std::size_t nth) { denied_ = nth; }
+  bool denies() const { return denied_ != 0; }
   bool next_is_denied() { return ++asked_ == denied_; }
   bool has_denied() const { return asked_ >= denied_; }  // before the end of the call
   // A record of this stage, and a way to change what the call may only read.
