@@ -4,7 +4,6 @@
 """A printer behind HTTP that does not do what it should, signals, and several clients at once."""
 
 import os
-import pty
 import shutil
 import signal
 import threading
@@ -14,7 +13,7 @@ import unittest
 import urllib.request
 from pathlib import Path
 
-from support import Case, Served, environment, page, pwg, run, start
+from support import Case, Served, environment, page, pwg, run, start, terminal
 
 SMALL = pwg([page()] * 2)
 LARGE = pwg([page(width=600, height=400)] * 2)  # pages of three pieces
@@ -132,7 +131,7 @@ class Devices(WithDocument):
 
     def test_questions_and_orders_go_through_a_device_file(self):
         with Served(self.folder / "pages") as printer:
-            leader, follower = pty.openpty()
+            leader, follower = terminal()
             tty.setraw(follower)
             thread = threading.Thread(target=self.pass_on, args=(leader, printer.uri))
             thread.start()

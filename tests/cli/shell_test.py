@@ -4,13 +4,12 @@
 """What surrounds the command: its manual page, its completion, a terminal, its installation."""
 
 import os
-import pty
 import re
 import subprocess
 import unittest
 from pathlib import Path
 
-from support import PXCL, SANITIZED, Case, Served, environment, page, pwg, run, start
+from support import PXCL, SANITIZED, Case, Served, environment, page, pwg, run, start, terminal
 
 CLI = Path(os.environ["PXCL_SOURCE"]) / "cli"
 SHARED = {"--help", "--version", "--printer", "--timeout", "--trace", "--json"}
@@ -108,7 +107,7 @@ printf '%s\\n' "${COMPREPLY[@]}"
 class Terminal(Case):
     def on_terminal(self, *words):
         """What a command writes to a terminal, and its exit code."""
-        leader, follower = pty.openpty()
+        leader, follower = terminal()
         process = subprocess.Popen([PXCL, *map(str, words)], stdout=follower, stderr=follower, env=environment())
         os.close(follower)
         text = b""

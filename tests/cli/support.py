@@ -5,6 +5,7 @@
 
 import json
 import os
+import pty
 import signal
 import struct
 import subprocess
@@ -213,3 +214,11 @@ def unfiltered(rows, line, channels):
 def paeth(left, above, corner):
     guess = left + above - corner
     return min((left, above, corner), key=lambda value: abs(guess - value))
+
+
+def terminal():
+    """The two ends of a new terminal; the test is skipped where the machine gives none."""
+    try:
+        return pty.openpty()
+    except OSError as error:
+        raise unittest.SkipTest(f"no terminal: {error}") from error
