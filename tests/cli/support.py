@@ -198,6 +198,16 @@ def read_png(path):
     return width, height, channels, unfiltered(zlib.decompress(compressed), width * channels, channels)
 
 
+def mean_difference(first, second):
+    """Of two pictures of one kind, where both have pixels, out of 255."""
+    width, height = min(first[0], second[0]) * first[2], min(first[1], second[1])
+    total = 0
+    for row in range(0, height, 4):
+        a, b = (picture[3][row * picture[0] * picture[2]:][:width] for picture in (first, second))
+        total += sum(abs(x - y) for x, y in zip(a, b))
+    return total / (width * len(range(0, height, 4)))
+
+
 def unfiltered(rows, line, channels):
     before, out = bytes(line), bytearray()
     for at in range(0, len(rows), line + 1):
