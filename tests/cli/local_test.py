@@ -7,7 +7,7 @@ import os
 import subprocess
 import unittest
 
-from support import CONTROLS, DATA, PXCL, Case, environment, run, start
+from support import CONTROLS, DATA, PXCL, Case, environment, run
 
 JOB = ["--job", "00000042"]
 TIME = ["--time", "20240102030405"]

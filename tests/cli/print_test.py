@@ -3,14 +3,13 @@
 
 """Printing on the virtual printer in the same process: what arrives there, and what is refused."""
 
-import os
 import resource
 import shutil
 import subprocess
 import unittest
 
 from support import (ADOBE, BLACK, CMY, CMYK, DATA, GRAY, HEADER_SIZE, RGB, SANITIZED, SRGB, WHITE, Case, cups,
-                     environment, header, mean_difference, page, pwg, read_png, run, start)
+                     environment, header, mean_difference, page, pwg, read_png, run)
 
 POSTSCRIPT = b"""%!PS
 << /PageSize [595 842] >> setpagedevice

@@ -9,7 +9,7 @@ import subprocess
 import unittest
 from pathlib import Path
 
-from support import PXCL, SANITIZED, Case, Served, environment, page, pwg, run, start, terminal
+from support import PXCL, SANITIZED, Case, environment, page, pwg, run, terminal
 
 CLI = Path(os.environ["PXCL_SOURCE"]) / "cli"
 SHARED = {"--help", "--version", "--printer", "--timeout", "--trace", "--json"}
