@@ -12,6 +12,9 @@
 
 namespace pxcl::xml {
 
+// Unless any root is allowed, its name begins so.
+inline constexpr std::string_view kRootName = "cmd";
+
 inline bool has_document(const ClXmlParserData* data) {
   return data != nullptr && data->document != nullptr && data->document->text != nullptr;
 }

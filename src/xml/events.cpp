@@ -13,7 +13,7 @@ namespace {
 [[gnu::noinline]] bool grow_list(Finding& finding, u64 recordSize) {
   const u32 larger = finding.capacity == 0 ? 4 : finding.capacity * 2;
   if (larger < finding.capacity) return false;
-  Owned<char> block = Owned<char>::allocate(larger * recordSize);
+  Owned<char> block = Owned<char>::allocate_unfilled(larger * recordSize);
   if (!block) return false;
   if (finding.count != 0) std::memcpy(block.get(), finding.list, finding.count * recordSize);
   KWVSDisposePTRX(finding.list);

@@ -37,7 +37,18 @@ struct ElementMarks {
   u64 inName;  // what a usual attribute's name does not hold: "=" and colons
 };
 
-// low_lane: the bytes up to "/". value_lane: what a usual value does not hold, double quotes, colons
+// What a start tag is read by: the bytes up to "/", and "<" and ">".
+struct TagMarks {
+  u64 low;
+  u64 tag;
+
+  void operator|=(const TagMarks& other) {
+    low |= other.low;
+    tag |= other.tag;
+  }
+};
+
+// tag_lane: "<" and ">". value_lane: what a usual value does not hold, double quotes, colons
 // and NUL bytes.
 
 #if defined(__SSE2__)
@@ -185,24 +196,6 @@ inline u32 same_lane(const char* a, const char* b) {
 
 #endif
 
-// Every "<" and ">" of the kBlock bytes from `bytes`.
-inline u64 tag_block(const char* bytes) {
-  return u64{tag_lane(bytes)} | u64{tag_lane(bytes + kLane)} << 16 |
-         u64{tag_lane(bytes + 2 * kLane)} << 32 | u64{tag_lane(bytes + 3 * kLane)} << 48;
-}
-
-// The same for the `length` bytes at a document's end.
-inline u64 tag_rest(const char* bytes, u64 length) {
-  char copy[kBlock] = {};
-  std::memcpy(copy, bytes, length);
-  return tag_block(copy);
-}
-
-// Every byte up to "/" of the two lanes from `bytes`.
-inline u64 low_marks(const char* bytes) {
-  return u64{low_lane(bytes)} | u64{low_lane(bytes + kLane)} << kLane;
-}
-
 // The first `count` bits of a lane's mask.
 inline constexpr u32 first_bits(u32 count) {
   return count >= kLane ? 0xFFFFu : (u32{1} << count) - 1;
@@ -228,6 +221,12 @@ struct LanePlace {
     bytes = copy;
   }
 };
+
+// The marks of the lane with this number from `bytes` on, in its place.
+inline TagMarks tag_marks(const char* bytes, u32 number) {
+  const u32 at = number * kLane;
+  return {u64{low_lane(bytes + at)} << at, u64{tag_lane(bytes + at)} << at};
+}
 
 // The name marks of up to kLane bytes of `text` from `position` on.
 inline NameMarks name_marks(std::string_view text, u64 position) {

@@ -38,8 +38,6 @@ std::string_view last_element(std::string_view path) {
 
 namespace {
 
-constexpr std::string_view kRootName = "cmd";
-
 // Makes the pieces, put together, the current path.
 i32 set_path(ClXmlParserData& data, std::initializer_list<std::string_view> pieces) {
   u64 length = 0;

@@ -268,14 +268,15 @@ bool index_queries(Index& index, std::span<const Query> queries) {
   return true;
 }
 
+// Most of what a reply is asked for it does not have: there the query stands as it was made.
 void answer(Query& query, const Finding& finding) {
+  if (finding.count == 0 && finding.flags == 0) return;
   query.status = result_of(finding);
   query.offset = finding.firstOffset;
   query.length = finding.firstLength;
-  query.rangeCount = 0;
-  if (finding.list == nullptr && !query.ranges) return;
+  if (finding.list == nullptr) return;
   query.ranges.reset(static_cast<ClXmlValueRange*>(finding.list));
-  query.rangeCount = finding.list == nullptr ? 0 : finding.count;
+  query.rangeCount = finding.count;
 }
 
 template <typename MakePlan>

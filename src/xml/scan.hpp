@@ -52,14 +52,14 @@ struct Key {
   u32 group = 0;
 };
 
-// One requested path and its answer.
+// One requested path and its answer; to be asked once.
 struct Query : Key {
   // Wanted::kEach: takes the texts, in the order of the document; null: nobody wants them.
   void (*take)(void* reader, const EachText& text) = nullptr;
   void* reader = nullptr;
 
-  i32 status = 0;  // of the first match; kNotFound without one
-  u64 offset = 0;  // of the first match, in bytes from the start of the document
+  i32 status = kNotFound;  // of the first match
+  u64 offset = 0;          // of the first match, in bytes from the start of the document
   u64 length = 0;
   Owned<ClXmlValueRange> ranges = {};  // Wanted::kAll: every match; null when there is none
   u32 rangeCount = 0;

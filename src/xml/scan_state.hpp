@@ -78,9 +78,6 @@ struct KnownPrefix {
   u32 length = 0;
 };
 
-inline constexpr u32 kMarkWindow = 256;
-inline constexpr u32 kMarksAhead = 4;  // that the fast loop looks at: an element with its text
-
 // The tag with an attribute that was met last below a node, and the one node that every tag matches
 // there which begins as it does.
 struct Repeated {
@@ -131,13 +128,6 @@ struct Scan {
   u32 serial = 0;
   bool metText = false;
   bool metAttributes = false;
-
-  // Where "<" and ">" stand, a window at a time: those from `mark` on were not visited yet.
-  u32 marks[kMarkWindow + kMarksAhead];
-  const u32* mark = nullptr;
-  const u32* marksEnd = nullptr;
-  const u32* refillAt = nullptr;  // from here on fewer than kMarksAhead can be read
-  u32 block = 0;                  // what follows was not looked through for them
 
   u16 declaredAt[kNamespaceCount] = {};      // generation; 0: not declared yet
   DeclaredPrefix declared[kNamespaceCount];  // in the order of the table

@@ -17,41 +17,11 @@ constexpr i32 kEndOfText = 3;  // the document ended
 
 // --- The scan ------------------------------------------------------------------------------------
 
-// Fills the window of marks; those that were not visited yet move to its beginning. The last of a
-// document are followed by positions that it does not have.
-[[gnu::noinline]] void refill(Scan& scan) {
-  u32* out = scan.marks;
-  for (const u32* left = scan.mark; left < scan.marksEnd; ++left) *out++ = *left;
-  const u32 size = static_cast<u32>(scan.document.size());
-  const u32* last = scan.marks + kMarkWindow - kBlock;
-  u32 block = scan.block;
-  for (; block < size && out <= last; block += kBlock) {
-    const char* bytes = scan.document.data() + block;
-    const u32 rest = size - block;
-    u64 bits = rest >= kBlock ? tag_block(bytes) : tag_rest(bytes, rest);
-    for (; bits != 0; bits &= bits - 1) *out++ = block + lowest(bits);
-  }
-  scan.block = block;
-  scan.mark = scan.marks;
-  scan.marksEnd = out;
-  const bool isLast = scan.block >= size;
-  for (u32 i = 0; isLast && i < kMarksAhead; ++i) out[i] = kNone;
-  scan.refillAt = isLast ? out + 1 : out - kMarksAhead + 1;
-}
-
-// The next "<" or ">" that was not visited yet; kNone at the end of the document.
-u32 next_mark(Scan& scan) {
-  if (scan.mark == scan.marksEnd) {
-    refill(scan);
-    if (scan.mark == scan.marksEnd) return kNone;
-  }
-  return *scan.mark++;
-}
-
-u32 next_mark(Scan& scan, char byte) {
-  u32 at = next_mark(scan);
-  while (at != kNone && scan.document[at] != byte) at = next_mark(scan);
-  return at;
+// The first `byte` from `from` on; kNone without one.
+u32 find(const Scan& scan, u32 from, char byte) {
+  const std::string_view rest = pxcl::from(scan.document, from);
+  const char* found = find_byte(rest, byte);
+  return found == nullptr ? kNone : static_cast<u32>(found - scan.document.data());
 }
 
 // The text between two tags: [begin, end), `begin` not white space.
@@ -69,7 +39,7 @@ i32 take_text(Scan& scan, u32 begin, u32 end) {
 // "<![CDATA[text]]>"
 i32 take_cdata(Scan& scan, u32 begin) {
   const u32 text = begin + 9;
-  for (u32 end = next_mark(scan, '>'); end != kNone; end = next_mark(scan, '>')) {
+  for (u32 end = find(scan, begin, '>'); end != kNone; end = find(scan, end + 1, '>')) {
     if (end < text + 2 || std::memcmp(scan.document.data() + end - 2, "]]", 2) != 0) continue;
     scan.position = end;
     if (end - 2 == text) return kBadArgument;  // an empty section is refused
@@ -81,7 +51,7 @@ i32 take_cdata(Scan& scan, u32 begin) {
 
 // "<?...>", "<!...>": passed over up to the first ">".
 i32 skip_markup(Scan& scan) {
-  const u32 end = next_mark(scan, '>');
+  const u32 end = find(scan, scan.position, '>');
   if (end == kNone) return kUnterminated;
   scan.position = end;
   return kSuccess;
@@ -108,7 +78,7 @@ i32 take_markup(Scan& scan) {
   if (kind == '?') return skip_markup(scan);
   if (kind == '!') return take_declaration(scan, begin);
   if (kind != '/' && !is_letter(kind)) return kBadName;
-  const u32 end = next_mark(scan, '>');
+  const u32 end = find(scan, begin, '>');
   if (end == kNone) return kUnterminated;
   scan.position = end;
   return kind == '/' ? end_any_tag(scan, begin, end) : start_any_tag(scan, begin, end);
@@ -117,7 +87,7 @@ i32 take_markup(Scan& scan) {
 // What is left of the document from scan.at on: text, and the markup behind it. kEndOfText:
 // nothing.
 i32 take_next(Scan& scan) {
-  const u32 tag = next_mark(scan, '<');
+  const u32 tag = find(scan, scan.at, '<');
   const u32 textEnd = tag == kNone ? static_cast<u32>(scan.document.size()) : tag;
   while (scan.at < textEnd && is_space(scan.document[scan.at])) ++scan.at;
   scan.position = scan.at;
@@ -134,28 +104,34 @@ i32 take_next(Scan& scan) {
 
 // --- The usual tags, taken by masks alone --------------------------------------------------------
 
-// The fast loop reads up to two lanes from a tag's name on: this far from the document's end it
-// stops. A tag with an attribute is read by four lanes.
-constexpr u32 kReach = 2 * kLane + 2;
-constexpr u32 kAttributeReach = 4 * kLane + 2;
+// The fast loop reads up to two lanes from a tag's name on, and the byte behind them: this far from
+// the document's end it stops. A tag with an attribute is read by four lanes, its value by lanes of
+// its own.
+constexpr u32 kReach = 2 * kLane + 3;
+constexpr u32 kAttributeReach = 5 * kLane;
 
 // Where the fast loop stands.
 struct Cursor {
   const char* text;
-  const u32* mark;   // the next mark; kMarksAhead of them can be read
   OpenElement* top;  // the innermost element
   u32 at;            // behind the markup taken last
-  u32 limit;         // of the marks that the loop may take
+  u32 limit;         // up to here the loop may read kReach bytes
 };
 
-inline constexpr u64 bits_up_to_lanes(u32 length) {
+// The bits of the first `length` bytes, fewer than kBlock.
+inline constexpr u64 bits_below(u32 length) {
   return (u64{1} << length) - 1;
 }
 
 // Whether `length` bytes, 2 * kLane at most, are the same; both sides are readable to that length.
 inline bool same_name(const char* a, const char* b, u32 length) {
-  const u64 same = u64{same_lane(a, b)} | u64{same_lane(a + kLane, b + kLane)} << kLane;
-  return (~same & bits_up_to_lanes(length)) == 0;
+  if (length > kLane) {
+    if (same_lane(a, b) != bits_below(kLane)) return false;
+    a += kLane;
+    b += kLane;
+    length -= kLane;
+  }
+  return (~u64{same_lane(a, b)} & bits_below(length)) == 0;
 }
 
 // --- Finding the nodes of a tag ---
@@ -177,7 +153,7 @@ struct Prefix {
 // The first colon of a name of up to 2 * kLane bytes; kNone without one.
 inline u32 plain_colon(const char* text, u32 length) {
   const u64 lanes = u64{colon_lane(text)} | u64{colon_lane(text + kLane)} << kLane;
-  const u64 colon = lanes & bits_up_to_lanes(length);
+  const u64 colon = lanes & bits_below(length);
   return colon == 0 ? kNone : lowest(colon);
 }
 
@@ -225,15 +201,14 @@ inline bool has_name(const Node& node, const TagName& name) {
   return node.nameLength == name.length && equal_bytes(node.text, name.text, name.length);
 }
 
-// The functions that look for the nodes of a tag write them behind the last ones alive, and answer
-// where they end: there is room for every node. `element` is the parent's.
-
-// The nodes that a tag without attribute matches.
-inline u32* find_plain(Scan& scan, const OpenElement& element, const char* text, u32 length) {
+// Calls visit(node) for the nodes below `element`, the innermost one, that a tag without attribute
+// matches, until it answers false.
+template <typename Visit>
+inline bool visit_plain(Scan& scan, const OpenElement& element, const char* text, u32 length,
+                        const Visit& visit) {
   const TagName name = read_name(scan, text, length);
   const u32* parent = scan.alive.begin() + element.aliveBegin;
   const u32* parentsEnd = scan.alive.begin() + scan.aliveTop;
-  u32* out = scan.alive.begin() + scan.aliveTop;
   for (; parent != parentsEnd; ++parent) {
     if ((scan.plan.nodes[*parent].flags & kPlainChildren) == 0) continue;
     const u32 key = element_key(*parent, name.hash, kPlainKey);
@@ -241,10 +216,11 @@ inline u32* find_plain(Scan& scan, const OpenElement& element, const char* text,
     for (; found != kNone; found = scan.plan.nodes[found].nextInBucket) {
       const Node& node = scan.plan.nodes[found];
       if (node.key != key || node.parent != *parent || !has_name(node, name)) continue;
-      if (node.attributeCount == 0 && (node.flags & kImpossible) == 0) *out++ = found;
+      if (node.attributeCount != 0 || (node.flags & kImpossible) != 0) continue;
+      if (!visit(found)) return false;
     }
   }
-  return out;
+  return true;
 }
 
 // --- Tags with one attribute ---
@@ -269,17 +245,16 @@ struct AttributeTag {
 // be qualified names.
 inline bool is_clean_value(const char* value, u32 length) {
   if (static_cast<u8>(value[0]) <= ' ' || static_cast<u8>(value[length - 1]) <= ' ') return false;
-  for (u32 at = 0; at < length; at += kLane) {
-    if ((value_lane(value + at) & first_bits(length - at)) != 0) return false;
+  u32 at = 0;
+  for (; at + kLane < length; at += kLane) {
+    if (value_lane(value + at) != 0) return false;
   }
-  return true;
+  return (value_lane(value + at) & bits_below(length - at)) == 0;
 }
 
 // Reads `name attribute="value"`; false for any other tag, and for an attribute that may declare a
-// namespace or has no name. `low` marks the bytes up to "/" of the tag's first two lanes.
+// namespace or has no name. `low` marks the tag's bytes up to "/".
 inline bool read_attribute(const char* text, u32 length, u64 low, AttributeTag& tag) {
-  if (length > kBlock) return false;
-  if (length > 2 * kLane) low |= low_marks(text + 2 * kLane) << 2 * kLane;
   if (low == 0) return false;
   const u32 blank = lowest(low);
   const u64 rest = low & (low - 1);
@@ -362,8 +337,9 @@ inline u32* append_matches(Scan& scan, const AttributeTag& tag, const TagName& n
   return out;
 }
 
-// The nodes that a tag with one attribute matches: its value and its name alone are looked up by
-// keys of their own.
+// Writes the nodes that a tag with one attribute matches behind the last ones alive, and answers
+// where they end: there is room for every node. Its value and its name alone are looked up by keys
+// of their own. `element` is the parent's.
 u32* look_up_attribute(Scan& scan, const OpenElement& element, const AttributeTag& tag) {
   const TagName name = read_name(scan, tag.text, tag.nameLength);
   const u32* parent = scan.alive.begin() + element.aliveBegin;
@@ -433,10 +409,12 @@ inline bool store_attribute(Scan& scan, const AttributeTag& tag, u32 node) {
 
 // --- Start tags ---
 
-// The text of an element in which nothing else is.
-struct LeafText {
+// The text of an element in which nothing else is, without the white space at its end; length 0:
+// it is another element.
+struct Leaf {
   u32 begin;
   u32 length;
+  u32 end;  // behind the end tag
 };
 
 // Opens an element whose nodes stand behind the last ones alive, up to `end`; false when memory is
@@ -458,124 +436,155 @@ inline bool open_usual(Scan& scan, OpenElement& opened, u32 offset, u32 length, 
   return true;
 }
 
-// The text of "text</name>" behind the start tag at hand, up to "</".
-inline LeafText trim_leaf(const Cursor& cursor) {
-  const u32 begin = cursor.mark[1] + 1;
-  u32 end = cursor.mark[2];
-  while (is_space(cursor.text[end - 1])) --end;
-  return {begin, end - begin};
+// The element without attribute whose start tag is at the cursor gets the nodes that match it.
+[[gnu::noinline]] bool open_plain(Scan& scan, const Cursor& cursor, u32 length) {
+  const u32 begin = cursor.at + 1;
+  u32* end = scan.alive.begin() + scan.aliveTop;
+  visit_plain(scan, *cursor.top, cursor.text + begin, length, [&](u32 node) {
+    *end++ = node;
+    return true;
+  });
+  return open_usual(scan, cursor.top[1], begin, length, end);
 }
 
-// The nodes that match the tag get their element, whose text follows when it `isLeaf`: nothing has
-// to be opened then.
-[[gnu::noinline]] bool match_plain_tag(Scan& scan, const Cursor& cursor, u32 length, bool isLeaf) {
-  const u32 begin = cursor.mark[0] + 1;
-  const u32* end = find_plain(scan, *cursor.top, cursor.text + begin, length);
-  if (!isLeaf) return open_usual(scan, cursor.top[1], begin, length, end);
-  const u32* node = scan.alive.begin() + scan.aliveTop;
-  if (node == end) return true;
-  const LeafText leaf = trim_leaf(cursor);
-  for (; node != end; ++node) {
-    if (!on_leaf(scan, *node, leaf.begin, leaf.length)) return false;
-  }
-  return true;
+[[gnu::noinline]] bool take_plain_leaf(Scan& scan, const Cursor& cursor, u32 length,
+                                       const Leaf& leaf) {
+  return visit_plain(scan, *cursor.top, cursor.text + cursor.at + 1, length,
+                     [&](u32 node) { return on_leaf(scan, node, leaf.begin, leaf.length); });
 }
 
 [[gnu::noinline]] bool match_attribute_tag(Scan& scan, const Cursor& cursor,
-                                           const AttributeTag& tag, bool isLeaf) {
+                                           const AttributeTag& tag, const Leaf& leaf) {
+  const bool isLeaf = leaf.length != 0;
   const u32* node = scan.alive.begin() + scan.aliveTop;
   const u32* end = find_by_attribute(scan, *cursor.top, tag);
   if (!isLeaf && !open_usual(scan, cursor.top[1], tag.offset, tag.nameLength, end)) return false;
   for (; node != end; ++node) {
     if (!store_attribute(scan, tag, *node)) return false;
-    if (!isLeaf) continue;
-    const LeafText leaf = trim_leaf(cursor);
-    if (!on_leaf(scan, *node, leaf.begin, leaf.length)) return false;
+    if (isLeaf && !on_leaf(scan, *node, leaf.begin, leaf.length)) return false;
   }
   return true;
 }
 
-// Whether "text</name>" stands behind the start tag at hand.
-inline bool is_leaf(const Cursor& cursor, const char* name, u32 length) {
-  const char* text = cursor.text;
-  const u32 begin = cursor.mark[1] + 1;
-  const u32 close = cursor.mark[2];
-  const u32 end = cursor.mark[3];
-  return end - close == length + 2 && end < cursor.limit && begin != close &&
-         static_cast<u8>(text[begin]) > ' ' && text[end] == '>' && text[close] == '<' &&
-         text[close + 1] == '/' && same_name(name, text + close + 2, length);
-}
-
-constexpr u32 kLeafMarks = 4;
-constexpr u32 kTagMarks = 2;
-
-// Moves on behind that many marks.
-inline void pass(Cursor& cursor, u32 marks) {
-  cursor.at = cursor.mark[marks - 1] + 1;
-  cursor.mark += marks;
-}
-
-// A start tag that is a name of `length` bytes and, unless `tag` is null, one attribute.
-inline i32 take_read_tag(Scan& scan, Cursor& cursor, const char* name, u32 length,
-                         const AttributeTag* tag) {
-  const bool isLeaf = is_leaf(cursor, name, length);
-  if (!isLeaf && scan.depth == scan.open.capacity) return kUnusual;
-  ++scan.serial;
-  if (tag != nullptr) scan.metAttributes = true;
-  if (isLeaf) scan.metText = true;
-  const u32 mayMatch =
-      cursor.top->flags & (tag == nullptr ? u32{kPlainChildren} : kAttributeChildren);
-  bool stored = true;
-  if (mayMatch != 0) {
-    stored = tag == nullptr ? match_plain_tag(scan, cursor, length, isLeaf)
-                            : match_attribute_tag(scan, cursor, *tag, isLeaf);
-  } else if (!isLeaf) {
-    cursor.top[1] = {cursor.mark[0] + 1, length, scan.aliveTop, scan.generation, 0};
-    ++scan.depth;
+// The next "<" or ">" from `at` on that the loop may take; kNone without one.
+inline u32 find_tag_mark(const Cursor& cursor, u32 at) {
+  for (; at <= cursor.limit; at += kLane) {
+    const u32 marks = tag_lane(cursor.text + at);
+    if (marks != 0) return at + lowest(marks) <= cursor.limit ? at + lowest(marks) : kNone;
   }
+  return kNone;
+}
+
+// The leaf whose start tag, with this name, ends in front of `begin`.
+inline Leaf find_leaf(const Cursor& cursor, const char* name, u32 length, u32 begin) {
+  constexpr Leaf kOther = {0, 0, 0};
+  const char* text = cursor.text;
+  if (text[begin] == '<' || static_cast<u8>(text[begin]) <= ' ') return kOther;
+  const u32 close = find_tag_mark(cursor, begin);
+  if (close == kNone || text[close] != '<' || text[close + 1] != '/') return kOther;
+  const u32 end = close + 2 + length;
+  if (text[end] != '>' || !same_name(name, text + close + 2, length)) return kOther;
+  u32 trimmed = close;
+  while (is_space(text[trimmed - 1])) --trimmed;
+  return {begin, trimmed - begin, end + 1};
+}
+
+// What the fast loop does with a start tag that it has read: `matched` tells whether memory was
+// there.
+inline i32 pass_start_tag(Scan& scan, Cursor& cursor, u32 tagEnd, const Leaf& leaf, bool matched) {
+  const bool isLeaf = leaf.length != 0;
   if (!isLeaf) ++cursor.top;
-  pass(cursor, isLeaf ? kLeafMarks : kTagMarks);
-  if (stored) return scan.standing == 0 ? kSuccess : kUnusual;
+  cursor.at = isLeaf ? leaf.end : tagEnd;
+  if (matched) return scan.standing == 0 ? kSuccess : kUnusual;
   scan.position = cursor.at - 1;
   return kNoMemory;
 }
 
+// Opens an element that no path leads through.
+inline bool open_unasked(Scan& scan, const Cursor& cursor, u32 length) {
+  cursor.top[1] = {cursor.at + 1, length, scan.aliveTop, scan.generation, 0};
+  ++scan.depth;
+  return true;
+}
+
+inline i32 take_plain_tag(Scan& scan, Cursor& cursor, u32 length) {
+  const u32 tagEnd = cursor.at + length + 2;
+  const Leaf leaf = find_leaf(cursor, cursor.text + cursor.at + 1, length, tagEnd);
+  const bool mayMatch = (cursor.top->flags & kPlainChildren) != 0;
+  bool matched = true;
+  if (leaf.length != 0) {
+    ++scan.serial;
+    scan.metText = true;
+    if (mayMatch) matched = take_plain_leaf(scan, cursor, length, leaf);
+  } else {
+    if (scan.depth == scan.open.capacity) return kUnusual;
+    ++scan.serial;
+    matched = mayMatch ? open_plain(scan, cursor, length) : open_unasked(scan, cursor, length);
+  }
+  return pass_start_tag(scan, cursor, tagEnd, leaf, matched);
+}
+inline i32 take_attribute_tag(Scan& scan, Cursor& cursor, const AttributeTag& tag) {
+  const u32 tagEnd = tag.offset + tag.valueEnd + 2;
+  const Leaf leaf = find_leaf(cursor, tag.text, tag.nameLength, tagEnd);
+  if (leaf.length == 0 && scan.depth == scan.open.capacity) return kUnusual;
+  ++scan.serial;
+  scan.metAttributes = true;
+  if (leaf.length != 0) scan.metText = true;
+  bool matched = true;
+  if ((cursor.top->flags & kAttributeChildren) != 0) {
+    matched = match_attribute_tag(scan, cursor, tag, leaf);
+  } else if (leaf.length == 0) {
+    open_unasked(scan, cursor, tag.nameLength);
+  }
+  return pass_start_tag(scan, cursor, tagEnd, leaf, matched);
+}
+
+// The marks of a start tag from its name on, as many lanes as its end takes, four at most, two
+// unless it may be long.
+inline TagMarks read_tag(const char* name, bool mayBeLong) {
+  TagMarks marks = tag_marks(name, 0);
+  if (marks.tag != 0) return marks;
+  marks |= tag_marks(name, 1);
+  if (marks.tag != 0 || !mayBeLong) return marks;
+  marks |= tag_marks(name, 2);
+  if (marks.tag != 0) return marks;
+  marks |= tag_marks(name, 3);
+  return marks;
+}
+
 inline i32 take_start_tag(Scan& scan, Cursor& cursor) {
-  const u32 begin = cursor.mark[0] + 1;
-  const char* name = cursor.text + begin;
-  const u32 length = cursor.mark[1] - begin;
-  const u64 low = low_marks(name);
-  if (length <= 2 * kLane && (low & bits_up_to_lanes(length)) == 0) {
-    return take_read_tag(scan, cursor, name, length, nullptr);
-  }
+  const char* name = cursor.text + cursor.at + 1;
+  const bool mayHaveAttribute = cursor.at + u64{1} + kAttributeReach <= scan.document.size();
+  const TagMarks marks = read_tag(name, mayHaveAttribute);
+  if (marks.tag == 0) return kUnusual;
+  const u32 length = lowest(marks.tag);
+  if (name[length] != '>') return kUnusual;
+  const u64 low = marks.low & bits_below(length);
+  if (low == 0) return length <= 2 * kLane ? take_plain_tag(scan, cursor, length) : kUnusual;
   AttributeTag tag;
-  tag.offset = begin;
-  if (u64{begin} + kAttributeReach > scan.document.size() ||
-      !read_attribute(name, length, low, tag)) {
-    return kUnusual;
-  }
-  return take_read_tag(scan, cursor, name, tag.nameLength, &tag);
+  tag.offset = cursor.at + 1;
+  if (!mayHaveAttribute || !read_attribute(name, length, low, tag)) return kUnusual;
+  return take_attribute_tag(scan, cursor, tag);
 }
 
 // An end tag whose name is read by `Same`.
 template <bool (*Same)(const char*, const char*, u32)>
 inline i32 take_end_tag(Scan& scan, Cursor& cursor) {
-  const u32 begin = cursor.mark[0] + 2;
-  const u32 length = cursor.mark[1] - begin;
   const OpenElement& top = *cursor.top;
-  if (top.length != length || length > 2 * kLane || top.generation != scan.generation ||
-      !Same(cursor.text + top.offset, cursor.text + begin, length)) {
+  const u32 end = cursor.at + 2 + top.length;
+  if (top.length > 2 * kLane || top.generation != scan.generation || cursor.text[end] != '>' ||
+      !Same(cursor.text + top.offset, cursor.text + cursor.at + 2, top.length)) {
     return kUnusual;
   }
   if ((top.flags & kElementTargets) != 0) {
-    const i32 status = on_element_end(scan, begin - 2, kEmptyElement);
-    scan.position = cursor.mark[1];
+    const i32 status = on_element_end(scan, cursor.at, kEmptyElement);
+    scan.position = end;
     if (status != kSuccess) return status;
   }
   scan.aliveTop = top.aliveBegin;
   --scan.depth;
   --cursor.top;
-  pass(cursor, kTagMarks);
+  cursor.at = end + 1;
   return kSuccess;
 }
 
@@ -585,48 +594,38 @@ bool same_last_name(const char* a, const char* b, u32 length) {
 
 // Near the document's end, where no lane can be read: an end tag right behind the one before.
 [[gnu::noinline]] i32 take_last_tag(Scan& scan, Cursor& cursor) {
-  const u32 begin = cursor.mark[0];
-  const u32 end = cursor.mark[1];
-  const bool isEndTag = end < scan.document.size() && cursor.at == begin &&
-                        cursor.text[begin] == '<' && cursor.text[begin + 1] == '/' &&
-                        cursor.text[end] == '>';
+  const u64 end = u64{cursor.at} + 2 + cursor.top->length;
+  const bool isEndTag = end < scan.document.size() && cursor.text[cursor.at] == '<' &&
+                        cursor.text[cursor.at + 1] == '/';
   return isEndTag ? take_end_tag<same_last_name>(scan, cursor) : kUnusual;
 }
 
-// One tag and the text in front of it; kUnusual: what follows cursor.at is for take_next.
+// White space and text in front of the next tag.
+[[gnu::noinline]] i32 pass_text(Scan& scan, Cursor& cursor) {
+  while (cursor.at <= cursor.limit && is_space(cursor.text[cursor.at])) ++cursor.at;
+  const u32 mark = find_tag_mark(cursor, cursor.at);
+  if (mark == kNone || cursor.text[mark] != '<') return kUnusual;
+  const i32 status = mark == cursor.at ? kSuccess : take_text(scan, cursor.at, mark);
+  if (status == kSuccess) cursor.at = mark;
+  return status;
+}
+
+// One tag, or the text in front of it; kUnusual: what follows cursor.at is for take_next.
 inline i32 take_usual(Scan& scan, Cursor& cursor) {
-  const u32 begin = cursor.mark[0];
-  const u32 end = cursor.mark[1];
-  if (end >= cursor.limit) return take_last_tag(scan, cursor);
-  if (cursor.text[begin] != '<' || cursor.text[end] != '>') return kUnusual;
-  if (cursor.at != begin) {
-    while (cursor.at != begin && is_space(cursor.text[cursor.at])) ++cursor.at;
-    if (cursor.at != begin) {
-      const i32 status = take_text(scan, cursor.at, begin);
-      if (status != kSuccess) return status;
-      cursor.at = begin;
-    }
-  }
-  const char kind = cursor.text[begin + 1];
+  if (cursor.at > cursor.limit) return take_last_tag(scan, cursor);
+  if (cursor.text[cursor.at] != '<') return pass_text(scan, cursor);
+  const char kind = cursor.text[cursor.at + 1];
   if (kind == '/') return take_end_tag<same_name>(scan, cursor);
   return is_letter(kind) ? take_start_tag(scan, cursor) : kUnusual;
 }
 
 // Takes usual tags as far as they go. Elements whose text stands in the path buffer are not for it.
 i32 take_usual_tags(Scan& scan) {
-  Cursor cursor = {scan.document.data(), scan.mark, &scan.open[scan.depth - 1], scan.at,
+  Cursor cursor = {scan.document.data(), &scan.open[scan.depth - 1], scan.at,
                    static_cast<u32>(scan.document.size()) - kReach};
   i32 status = kSuccess;
-  while (status == kSuccess) {
-    if (cursor.mark >= scan.refillAt) {
-      scan.mark = cursor.mark;
-      refill(scan);
-      cursor.mark = scan.mark;
-    }
-    status = take_usual(scan, cursor);
-  }
+  while (status == kSuccess) status = take_usual(scan, cursor);
   scan.at = cursor.at;
-  scan.mark = cursor.mark;
   return status;
 }
 
@@ -653,7 +652,6 @@ bool start_scan(Scan& scan) {
   scan.alive[0] = kRootNode;
   if (plan.nodes[kRootNode].belowTargets != kNone && !scan.below.push({kRootNode, 0})) return false;
   refresh_standing(scan);
-  scan.mark = scan.marksEnd = scan.refillAt = scan.marks;
   return true;
 }
 

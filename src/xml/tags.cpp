@@ -4,6 +4,9 @@
 // Start and end tags of every kind, as the path's rules have them. scanner.cpp takes the usual ones
 // faster.
 
+#include <algorithm>
+
+#include "xml/document.hpp"
 #include "xml/marks.hpp"
 #include "xml/matching.hpp"
 #include "xml/namespaces.hpp"
@@ -91,6 +94,13 @@ void list_declared(Scan& scan) {
   }
 }
 
+// The first declaration of the namespace in this row of the table.
+u16 declare(Scan& scan, u32 row, std::string_view prefix) {
+  scan.table[row].declaredPrefix = prefix.data();
+  scan.table[row].declaredPrefixLength = prefix.size();
+  return scan.declaredAt[row] = ++scan.generation;
+}
+
 // The first declaration of a namespace holds for the whole document.
 i32 pick_up_namespace(Scan& scan, std::string_view prefix, std::string_view value,
                       AttributeReading& reading) {
@@ -98,13 +108,10 @@ i32 pick_up_namespace(Scan& scan, std::string_view prefix, std::string_view valu
   const std::string_view uri = inner_value(value);
   for (u32 i = 0; i < kNamespaceCount; ++i) {
     if (!is_same_uri(uri, kNamespaces[i].uri)) continue;
-    ClXmlNameSpaceEntry& entry = scan.table[i];
     if (reading.replay) {
-      if (entry.declaredPrefix == prefix.data()) reading.generation = scan.declaredAt[i];
+      if (scan.table[i].declaredPrefix == prefix.data()) reading.generation = scan.declaredAt[i];
     } else if (scan.declaredAt[i] == 0) {
-      reading.generation = scan.declaredAt[i] = ++scan.generation;
-      entry.declaredPrefix = prefix.data();
-      entry.declaredPrefixLength = prefix.size();
+      reading.generation = declare(scan, i, prefix);
       if (prefix.front() == '"') scan.quotedPrefix = true;
     }
     return kSuccess;
@@ -318,7 +325,7 @@ i32 open_unusual(Scan& scan, const StartTag& tag) {
 
 bool is_root_allowed(const Scan& scan, std::string_view name) {
   if (scan.depth != 0 || (scan.flags & CL_XML_COM_FLAG) != 0) return true;
-  return name.size() >= 3 && std::memcmp(name.data(), "cmd", 3) == 0;
+  return name.starts_with(kRootName);
 }
 
 // The attributes of a start tag, and what has to happen before its element is opened.
@@ -333,6 +340,69 @@ i32 begin_tag(Scan& scan, StartTag& tag, u32 insideEnd) {
   }
   ++scan.serial;
   return is_root_allowed(scan, tag.written) ? kSuccess : kWrongRoot;
+}
+
+// --- The usual root ------------------------------------------------------------------------------
+
+// The namespaces that a root declares, by row, before any of them counts.
+struct Declarations {
+  u32 rows[kNamespaceCount];
+  std::string_view prefixes[kNamespaceCount];
+  u32 count = 0;
+
+  bool has(u32 row) const { return std::find(rows, rows + count, row) != rows + count; }
+};
+
+// The row whose URI `text` begins with, spelled as in the table and followed by a double quote;
+// kNone without one.
+u32 find_quoted_uri(std::string_view text) {
+  for (u32 row = 0; row < kNamespaceCount; ++row) {
+    const std::string_view uri = kNamespaces[row].uri;
+    if (text.size() > uri.size() && text[uri.size()] == '"' &&
+        equal_text(text.data(), uri.data(), uri.size())) {
+      return row;
+    }
+  }
+  return kNone;
+}
+
+bool is_prefix_byte(char byte) {
+  return static_cast<u8>(byte) > '/' && byte != ':' && byte != '<' && byte != '=';
+}
+
+// Reads ` xmlns:prefix="URI"` at the beginning of `text` and takes it away; false for all that is
+// not quite so.
+bool read_usual_declaration(std::string_view& text, Declarations& found) {
+  constexpr std::string_view kBegin = " xmlns:";
+  if (!text.starts_with(kBegin)) return false;
+  std::size_t end = kBegin.size();
+  while (end < text.size() && is_prefix_byte(text[end])) ++end;
+  const std::string_view prefix = slice(text, kBegin.size(), end - kBegin.size());
+  if (prefix.empty() || text.size() - end < 2 || text[end] != '=' || text[end + 1] != '"') {
+    return false;
+  }
+  text = from(text, end + 2);
+  const u32 row = find_quoted_uri(text);
+  if (row == kNone || found.has(row)) return false;
+  found.rows[found.count] = row;
+  found.prefixes[found.count++] = prefix;
+  text = from(text, kNamespaces[row].uri.size() + 1);
+  return true;
+}
+
+// Takes the attributes of a "cmd" that declares our namespaces and nothing else, the first tag of a
+// document; false, with nothing done, for any other.
+bool take_usual_root(Scan& scan, std::string_view inside) {
+  if (scan.depth != 0 || scan.generation != 0 || !inside.starts_with(kRootName)) return false;
+  Declarations found;
+  std::string_view rest = from(inside, kRootName.size());
+  if (rest.empty()) return false;
+  while (!rest.empty()) {
+    if (!read_usual_declaration(rest, found)) return false;
+  }
+  for (u32 i = 0; i < found.count; ++i) declare(scan, found.rows[i], found.prefixes[i]);
+  list_declared(scan);
+  return true;
 }
 
 // --- End tags ------------------------------------------------------------------------------------
@@ -417,6 +487,11 @@ i32 start_any_tag(Scan& scan, u32 begin, u32 end) {
   const std::string_view document = scan.document;
   const bool isEmpty = document[end - 1] == '/';
   const u32 insideEnd = isEmpty ? end - 1 : end;
+  if (!isEmpty && take_usual_root(scan, slice(document, begin + 1, insideEnd - begin - 1))) {
+    ++scan.serial;
+    return push_regular(scan,
+                        {slice(document, begin + 1, kRootName.size()), {}, kNone, kNone, false}, 0);
+  }
   const NameExtent name = measure_name(document, begin + 1, insideEnd);
   StartTag tag = {slice(document, begin + 1, name.length), {}, name.colon, kNone, name.irregular};
   i32 status = begin_tag(scan, tag, insideEnd);
