@@ -11,15 +11,15 @@
 
 namespace pxcl::keyed {
 
-// Scans `document` once for every key; kOk or kBadArgument. The answers own their ranges: they go
-// when the queries do, on success and failure alike.
-i32 ask(std::string_view document, std::span<xml::Query> keys);
+// Scans `document` once for every key; kOk or kBadArgument. The answers own their ranges: these
+// go when they do, on success and failure alike.
+i32 ask(std::string_view document, std::span<const xml::Key> keys, std::span<xml::Answer> answers);
 
 // The same for keys that `plan` was made of.
-i32 ask(std::string_view document, const xml::Plan& plan, std::span<xml::Query> keys,
+i32 ask(std::string_view document, const xml::Plan& plan, std::span<xml::Answer> answers,
         u64* stopPosition = nullptr);
 
-// Keys whose number is known at run time only.
+// Keys, and their answers, whose number is known at run time only.
 class KeyList {
  public:
   // `count` keys without a path; false when memory is short. To be called once.
@@ -30,28 +30,30 @@ class KeyList {
   KeyList& operator=(const KeyList&) = delete;
   ~KeyList();
 
-  std::span<xml::Query> all() const { return keys_; }
+  std::span<xml::Key> keys() const { return {keys_.get(), answers_.size()}; }
+  std::span<xml::Answer> answers() const { return answers_; }
 
  private:
-  std::span<xml::Query> keys_ = {};
+  Owned<xml::Key> keys_;
+  std::span<xml::Answer> answers_ = {};
 };
 
-inline bool is_found(const xml::Query& key) {
+inline bool is_found(const xml::Answer& key) {
   return key.status == xml::kFound;
 }
 // Found, or there but empty in either form.
-inline bool is_present(const xml::Query& key) {
+inline bool is_present(const xml::Answer& key) {
   return key.status == xml::kFound || key.status == xml::kEmptyElement ||
          key.status == xml::kEmptyTag;
 }
-inline std::string_view text_of(std::string_view document, const xml::Query& key) {
+inline std::string_view text_of(std::string_view document, const xml::Answer& key) {
   return slice(document, key.offset, key.length);
 }
 inline std::string_view text_of(std::string_view document, const ClXmlValueRange& range) {
   return slice(document, range.offset, range.length);
 }
 // The text at a key; one without data when the key is not found.
-inline std::string_view found_text(std::string_view document, const xml::Query& key) {
+inline std::string_view found_text(std::string_view document, const xml::Answer& key) {
   return is_found(key) ? text_of(document, key) : std::string_view();
 }
 

@@ -99,7 +99,7 @@ void order(std::span<ItemEntry> entries, i32 (*rank)(const ItemEntry&)) {
 
 // ---- One item under all namespaces
 
-i32 decode_presence(std::span<const xml::Query, kNameSpaceCount> keys, ItemSet* item) {
+i32 decode_presence(std::span<const xml::Answer, kNameSpaceCount> keys, ItemSet* item) {
   Owned<ItemEntry> entries = Owned<ItemEntry>::allocate(kNameSpaceCount);
   if (!entries) return kNoMemory;
   for (u16 k = 0; k < kNameSpaceCount; ++k) {
@@ -110,7 +110,7 @@ i32 decode_presence(std::span<const xml::Query, kNameSpaceCount> keys, ItemSet* 
   return kOk;
 }
 
-i32 decode_item(std::string_view document, std::span<const xml::Query, kNameSpaceCount> keys,
+i32 decode_item(std::string_view document, std::span<const xml::Answer, kNameSpaceCount> keys,
                 ItemSet* item) {
   if (item->mode == kPresenceMode) return decode_presence(keys, item);
   return decode_list(found_texts(document, keys), item);
@@ -125,16 +125,17 @@ ItemArguments item_arguments(const ItemSet& item, u16 nameSpace) {
   return {glb_NameSpacePrefix[nameSpace], item.itemName};
 }
 
-std::span<xml::Query, kNameSpaceCount> keys_of_item(std::span<xml::Query> keys, u64 index) {
-  return std::span<xml::Query, kNameSpaceCount>(keys.data() + index * kNameSpaceCount,
-                                                kNameSpaceCount);
+// Those of all keys, or answers, that are one item's.
+template <typename T>
+std::span<T, kNameSpaceCount> of_item(std::span<T> all, u64 index) {
+  return std::span<T, kNameSpaceCount>(all.data() + index * kNameSpaceCount, kNameSpaceCount);
 }
 
 // Sets the keys of all items up to the first whose keys cannot be formed; the number of those set.
-u64 set_keys_of_items(std::span<const ItemSet> items, std::span<xml::Query> keys, char* room) {
+u64 set_keys_of_items(std::span<const ItemSet> items, std::span<xml::Key> keys, char* room) {
   for (u64 i = 0; i < items.size(); ++i) {
     const u32 group = static_cast<u32>(i) + 1;
-    if (!set_item_keys(items[i], keys_of_item(keys, i), group, &room)) return i;
+    if (!set_item_keys(items[i], of_item(keys, i), group, &room)) return i;
   }
   return items.size();
 }
@@ -161,7 +162,7 @@ bool prepare(ItemSet* item, u32 mode) {
   return item->entries != nullptr;
 }
 
-i32 copy_text(std::string_view document, const xml::Query& key, ItemText* copy) {
+i32 copy_text(std::string_view document, const xml::Answer& key, ItemText* copy) {
   if (!is_present(key)) return kOk;
   const std::string_view text = found_text(document, key);
   if (text.size() > kLongestText) return kBadArgument;
@@ -172,7 +173,7 @@ i32 copy_text(std::string_view document, const xml::Query& key, ItemText* copy) 
   return kOk;
 }
 
-i32 decode_by_attribute(std::string_view document, const xml::Query& key, u16 nameSpace, u32 mode,
+i32 decode_by_attribute(std::string_view document, const xml::Answer& key, u16 nameSpace, u32 mode,
                         ItemSet* item) {
   if (mode == kTextMode) return copy_text(document, key, item->auxiliary);
   return decode_into(found_text(document, key), *item, nameSpace,
@@ -180,7 +181,7 @@ i32 decode_by_attribute(std::string_view document, const xml::Query& key, u16 na
 }
 
 // As set_keys_of_items, with one key an item.
-u64 set_keys_by_attribute(std::span<const ItemSet> items, std::span<xml::Query> keys,
+u64 set_keys_by_attribute(std::span<const ItemSet> items, std::span<xml::Key> keys,
                           const char* attributeValue, u16 nameSpace, char* room) {
   for (u64 i = 0; i < items.size(); ++i) {
     const ByAttributeArguments arguments = {glb_NameSpacePrefix[nameSpace], items[i].itemName,
@@ -210,10 +211,12 @@ i32 read_by_attribute(std::string_view document, std::span<ItemSet> items,
   KeyList keys;
   if (!room || !keys.allocate(items.size())) return kNoMemory;
   const u64 formed =
-      set_keys_by_attribute(items, keys.all(), attributeValue, nameSpace, room.get());
-  if (formed != 0 && ask(document, keys.all().first(formed)) != kOk) return kBadArgument;
+      set_keys_by_attribute(items, keys.keys(), attributeValue, nameSpace, room.get());
+  if (formed != 0 && ask(document, keys.keys().first(formed), keys.answers()) != kOk) {
+    return kBadArgument;
+  }
   for (u64 i = 0; i < formed; ++i) {
-    const i32 status = decode_by_attribute(document, keys.all()[i], nameSpace, mode, &items[i]);
+    const i32 status = decode_by_attribute(document, keys.answers()[i], nameSpace, mode, &items[i]);
     if (status != kOk) return status;
   }
   return formed == items.size() ? kOk : kInvalid;
@@ -227,19 +230,19 @@ i32 read_checked(std::string_view document, u16 operation, u64 checkKeys,
   const Owned<char> room = Owned<char>::allocate(bound);
   KeyList keys;
   if (!room || !keys.allocate(checkKeys + items.size() * kNameSpaceCount)) return kNoMemory;
-  const std::span<xml::Query> all = keys.all();
-  const std::span<xml::Query> itemKeys = all.last(all.size() - checkKeys);
+  const std::span<xml::Key> all = keys.keys();
   if (checkKeys != 0) set_check_keys(all.first<kCheckKeys>(), 0);
-  const u64 formed = set_keys_of_items(items, itemKeys, room.get());
+  const u64 formed = set_keys_of_items(items, all.subspan(checkKeys), room.get());
   const u64 asked = checkKeys + formed * kNameSpaceCount;
-  if (asked != 0 && ask(document, all.first(asked)) != kOk) return kBadArgument;
+  const std::span<xml::Answer> answers = keys.answers();
+  if (asked != 0 && ask(document, all.first(asked), answers) != kOk) return kBadArgument;
 
   i32 status = kOk;
   if (checkKeys != 0) {
-    status = check_operation_and_response(document, all.first<kCheckKeys>(), operation);
+    status = check_operation_and_response(document, answers.first<kCheckKeys>(), operation);
   }
   for (u64 i = 0; i < formed && status == kOk; ++i) {
-    status = decode_item(document, keys_of_item(itemKeys, i), &items[i]);
+    status = decode_item(document, of_item(answers.subspan(checkKeys), i), &items[i]);
   }
   return status == kOk && formed != items.size() ? kInvalid : status;
 }
@@ -265,7 +268,7 @@ bool lists(const ItemSet& item, u32 wanted) {
 }  // namespace
 
 i32 check_operation_and_response(std::string_view document,
-                                 std::span<const xml::Query, kCheckKeys> keys, u16 operation) {
+                                 std::span<const xml::Answer, kCheckKeys> keys, u16 operation) {
   if (!is_found(keys[0])) return kWrongOperation;
   const auto operations = rows_of(glb_clssdicOperationTbl, CLSS_DICNUM_OPERATION);
   if (look_up(operations, text_of(document, keys[0])).index != operation) return kWrongOperation;
@@ -296,7 +299,7 @@ u64 bound_of_item_keys(const ItemSet& item) {
   return bound;
 }
 
-bool set_item_keys(const ItemSet& item, std::span<xml::Query, kNameSpaceCount> keys, u32 group,
+bool set_item_keys(const ItemSet& item, std::span<xml::Key, kNameSpaceCount> keys, u32 group,
                    char** room) {
   for (u16 k = 0; k < kNameSpaceCount; ++k) {
     keys[k].path = form_path_key(item.pathTemplate, item_arguments(item, k), room);
@@ -307,7 +310,7 @@ bool set_item_keys(const ItemSet& item, std::span<xml::Query, kNameSpaceCount> k
 }
 
 NameSpaceTexts found_texts(std::string_view document,
-                           std::span<const xml::Query, kNameSpaceCount> keys) {
+                           std::span<const xml::Answer, kNameSpaceCount> keys) {
   NameSpaceTexts texts;
   for (u16 k = 0; k < kNameSpaceCount; ++k) texts[k] = found_text(document, keys[k]);
   return texts;

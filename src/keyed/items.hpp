@@ -48,7 +48,7 @@ constexpr void set_check_keys(std::span<Key, kCheckKeys> keys, u32 group) {
   for (Key& key : keys) key.group = group;
 }
 i32 check_operation_and_response(std::string_view document,
-                                 std::span<const xml::Query, kCheckKeys> keys, u16 operation);
+                                 std::span<const xml::Answer, kCheckKeys> keys, u16 operation);
 
 // Bytes that a path key needs at most; 0 when it cannot be formed: no template, or over the limit.
 u64 bound_of_path_key(const char* pathTemplate, Arguments arguments);
@@ -59,13 +59,13 @@ std::string_view form_path_key(const char* pathTemplate, Arguments arguments, ch
 
 // An item's keys, one a namespace; false when one cannot be formed.
 u64 bound_of_item_keys(const ItemSet& item);
-bool set_item_keys(const ItemSet& item, std::span<xml::Query, kNameSpaceCount> keys, u32 group,
+bool set_item_keys(const ItemSet& item, std::span<xml::Key, kNameSpaceCount> keys, u32 group,
                    char** room);
 
 // An item's texts, by namespace index.
 using NameSpaceTexts = std::array<std::string_view, kNameSpaceCount>;
 NameSpaceTexts found_texts(std::string_view document,
-                           std::span<const xml::Query, kNameSpaceCount> keys);
+                           std::span<const xml::Answer, kNameSpaceCount> keys);
 
 // What Get_ItemSet makes of the texts: all their values that are in the dictionary, ordered by
 // code, those without one first. kOk, kNoMemory or kBadArgument; the item is changed with kOk only.

@@ -7,7 +7,7 @@
 
 namespace pxcl::responses {
 
-i32 read_item(std::string_view document, std::span<const Query, kNameSpaceCount> keys,
+i32 read_item(std::string_view document, std::span<const Answer, kNameSpaceCount> keys,
               const Dictionary& dictionary, Entries& entries) {
   ItemSet item = {};
   item.dictionary = dictionary.rows;
@@ -18,7 +18,7 @@ i32 read_item(std::string_view document, std::span<const Query, kNameSpaceCount>
   return status;
 }
 
-bool KeywordTexts::attend(const KeywordElements& elements, std::span<Query> keys) {
+bool KeywordTexts::attend(const KeywordElements& elements, std::span<Answer> keys) {
   const u64 rowCount = *elements.dictionary.rowCount;
   elementCount_ = elements.paths.size();
   rows_ = Owned<First>::allocate(keys.size() * rowCount);

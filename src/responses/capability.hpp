@@ -26,7 +26,7 @@ struct Entries {
 // The keys that tell whether a reply is a good answer to "GetCapability" come first in every
 // request.
 using keyed::kCheckKeys;
-inline i32 check_reply(std::string_view document, std::span<const Query, kCheckKeys> keys) {
+inline i32 check_reply(std::string_view document, std::span<const Answer, kCheckKeys> keys) {
   return keyed::check_operation_and_response(document, keys,
                                              keyed::kOperationGetCapabilityResponse);
 }
@@ -40,7 +40,7 @@ constexpr void ask_for_item(std::span<AnyKey, kNameSpaceCount> keys,
   }
 }
 // kOk or kNoMemory.
-i32 read_item(std::string_view document, std::span<const Query, kNameSpaceCount> keys,
+i32 read_item(std::string_view document, std::span<const Answer, kNameSpaceCount> keys,
               const Dictionary& dictionary, Entries& entries);
 
 // Elements that name a keyword in their one attribute: <zirk:name attribute="keyword">. Each is
@@ -74,7 +74,7 @@ class KeywordTexts {
 
   // Makes the elements' keys, which ask_for_elements() has set, hand their texts to this. False when
   // memory is short. To be called once.
-  bool attend(const KeywordElements& elements, std::span<Query> keys);
+  bool attend(const KeywordElements& elements, std::span<Answer> keys);
   void texts_of(std::string_view document, const ItemEntry& keyword, ElementTexts& texts) const;
 
  private:
@@ -120,9 +120,9 @@ struct SizeReply {
   KeywordTexts elements;
 
   // Before the scan, for the elements.
-  bool attend(std::span<Query, kSizeKeys> keys);
+  bool attend(std::span<Answer, kSizeKeys> keys);
   // After it; kNothingListed when there is no size.
-  i32 read_list(std::string_view document, std::span<const Query, kSizeKeys> keys);
+  i32 read_list(std::string_view document, std::span<const Answer, kSizeKeys> keys);
   i32 decode(std::string_view document, const ItemEntry& size, ClssPaperSize& record) const;
 };
 
@@ -153,8 +153,8 @@ struct TypeReply {
   KeywordTexts elements;
 
   // As those of SizeReply.
-  bool attend(std::span<Query, kTypeKeys> keys);
-  i32 read_list(std::string_view document, std::span<const Query, kTypeKeys> keys);
+  bool attend(std::span<Answer, kTypeKeys> keys);
+  i32 read_list(std::string_view document, std::span<const Answer, kTypeKeys> keys);
   i32 decode(std::string_view document, const ItemEntry& type, ClssMediaType& record) const;
 };
 

@@ -66,7 +66,7 @@ constexpr auto kPlan = xml::fixed_plan<kKeys>();
 // The head of one service.
 struct Head {
   std::string_view document;
-  std::span<const Query> keys;
+  std::span<const Answer> keys;
   ClssResponseCommon& record;
 
   bool has(HeadKey key) const { return is_found(keys[key]); }
@@ -117,7 +117,7 @@ void clear_record(ClssResponseCommon& record) {
 }
 
 i32 parse_head(std::string_view document, u64& position, ClssResponseCommon& record) {
-  Query keys[kAllKeys];
+  Answer keys[kAllKeys];
   const std::span all(keys);
   u64 stop = 0;
   i32 status = keyed::ask(document, kPlan.plan(), keys, &stop);

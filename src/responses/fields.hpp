@@ -19,8 +19,8 @@ using keyed::is_found;
 using keyed::is_present;
 using keyed::kUnknownIndex;
 using keyed::text_of;
+using xml::Answer;
 using xml::Key;
-using xml::Query;
 
 inline constexpr i32 kOk = 0;
 inline constexpr i32 kNoJobBlock = 1;          // the reply holds no block for this job
@@ -53,7 +53,7 @@ inline u16 index_in(const Dictionary& dictionary, std::string_view text) {
   return keyed::look_up(keyed::rows_of(dictionary.rows, *dictionary.rowCount), text).index;
 }
 
-inline std::span<const ClXmlValueRange> ranges_of(const Query& list) {
+inline std::span<const ClXmlValueRange> ranges_of(const Answer& list) {
   return {list.ranges.get(), list.ranges ? list.rangeCount : 0u};
 }
 
@@ -71,7 +71,7 @@ constexpr void ask_for_operation(std::span<Key, kOperationKeys> keys, u32 group)
   for (Key& key : keys) key.group = group;
 }
 // Both results are kUnknownIndex until known.
-i32 read_operation(std::string_view document, std::span<const Query, kOperationKeys> keys,
+i32 read_operation(std::string_view document, std::span<const Answer, kOperationKeys> keys,
                    u16& operation, u16& serviceType);
 
 }  // namespace pxcl::responses

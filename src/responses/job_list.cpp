@@ -39,7 +39,7 @@ int32_t CLSS_ParseJobIDListResponse(const char* document, uint64_t length, char 
                                     int32_t* count) {
   if (length == 0 || document == nullptr || count == nullptr) return kBadArgument;
   const std::string_view reply(document, length);
-  Query jobs[1];
+  Answer jobs[1];
   const i32 status = keyed::ask(reply, kPlan.plan(), jobs);
   if (status != kOk) return status;
   const std::span<const ClXmlValueRange> ranges = ranges_of(jobs[0]);

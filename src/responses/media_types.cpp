@@ -121,7 +121,7 @@ i32 decode_type(const ItemEntry& type, const ElementTexts& texts, const Entries&
 
 // Reads the lists and, where they are wanted, the types' elements: one scan.
 i32 read_reply(std::string_view document, bool withElements, TypeReply& reply) {
-  Query keys[std::size(kKeys)];
+  Answer keys[std::size(kKeys)];
   const std::span all(keys);
   if (withElements && !reply.attend(all.subspan<kCheckKeys>())) return kNoMemory;
   i32 status = keyed::ask(document, kPlan.plan(), keys);
@@ -195,11 +195,11 @@ i32 parse_map(std::string_view document, u16 panelMedia, ClssMediaMap& map) {
 
 }  // namespace
 
-bool TypeReply::attend(std::span<Query, kTypeKeys> keys) {
+bool TypeReply::attend(std::span<Answer, kTypeKeys> keys) {
   return elements.attend({kTypeElements, kTypes}, keys.subspan<kTypeListKeys>());
 }
 
-i32 TypeReply::read_list(std::string_view document, std::span<const Query, kTypeKeys> keys) {
+i32 TypeReply::read_list(std::string_view document, std::span<const Answer, kTypeKeys> keys) {
   i32 status = read_item(document, keys.first<kNameSpaceCount>(), kTypes, types);
   if (status != kOk) return status;
   status = read_item(document, keys.subspan<kNameSpaceCount, kNameSpaceCount>(), kStapleSides,

@@ -89,7 +89,7 @@ constexpr auto kPlan = xml::fixed_plan<kKeys>();
 
 }  // namespace
 
-i32 read_operation(std::string_view document, std::span<const Query, kOperationKeys> keys,
+i32 read_operation(std::string_view document, std::span<const Answer, kOperationKeys> keys,
                    u16& operation, u16& serviceType) {
   if (!is_found(keys[0])) return kNoOperation;
   const u16 found = index_in(kOperations, text_of(document, keys[0]));
@@ -129,7 +129,7 @@ int32_t getOperation_ServiceType(const char* document, uint64_t length, uint16_t
     return kBadArgument;
   }
   const std::string_view reply(document, length);
-  Query keys[kOperationKeys];
+  Answer keys[kOperationKeys];
   const i32 status = keyed::ask(reply, kPlan.plan(), keys);
   return status == kOk ? read_operation(reply, keys, *operation, *serviceType) : status;
 }

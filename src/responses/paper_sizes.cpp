@@ -87,7 +87,7 @@ i32 decode_size(const ItemEntry& size, const ElementTexts& texts, ClssPaperSize&
 
 // Reads the list and, where they are wanted, the sizes' elements: one scan.
 i32 read_reply(std::string_view document, bool withElements, SizeReply& reply) {
-  Query keys[std::size(kKeys)];
+  Answer keys[std::size(kKeys)];
   const std::span all(keys);
   if (withElements && !reply.attend(all.subspan<kCheckKeys>())) return kNoMemory;
   i32 status = keyed::ask(document, kPlan.plan(), keys);
@@ -121,11 +121,11 @@ i32 parse_all_sizes(std::string_view document, ClssPaperSize* records, i32& coun
 
 }  // namespace
 
-bool SizeReply::attend(std::span<Query, kSizeKeys> keys) {
+bool SizeReply::attend(std::span<Answer, kSizeKeys> keys) {
   return elements.attend({kSizeElements, kSizes}, keys.subspan<kSizeListKeys>());
 }
 
-i32 SizeReply::read_list(std::string_view document, std::span<const Query, kSizeKeys> keys) {
+i32 SizeReply::read_list(std::string_view document, std::span<const Answer, kSizeKeys> keys) {
   const i32 status = read_item(document, keys.first<kNameSpaceCount>(), kSizes, sizes);
   return status == kOk && sizes.count == 0 ? kNothingListed : status;
 }

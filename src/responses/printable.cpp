@@ -40,7 +40,7 @@ i32 find_entry(std::string_view document, const Reply& reply, std::span<const It
 
 i32 find_printable(std::string_view document, u16 type, u16 size, ClssMediaType& media,
                    ClssPaperSize& paper) {
-  Query keys[std::size(kKeys)];
+  Answer keys[std::size(kKeys)];
   const std::span all(keys);
   TypeReply types;
   SizeReply sizes;

@@ -31,7 +31,7 @@ struct Member {
 };
 #define PXCL_MEMBER(record, member) offsetof(record, member), sizeof(record::member)
 
-i32 store(const Member& member, std::string_view document, const Query& key, void* record) {
+i32 store(const Member& member, std::string_view document, const Answer& key, void* record) {
   char* destination = static_cast<char*>(record) + member.offset;
   const bool found = is_found(key);
   const std::string_view text = text_of(document, key);
@@ -80,7 +80,7 @@ constexpr std::size_t kCommonKeys = std::size(kCommon);
 // status detail they happen to have.
 constexpr char kMismatchSupportCode[] = "4103";
 
-i32 expect_status_reply(std::string_view document, std::span<const Query, kOperationKeys> keys) {
+i32 expect_status_reply(std::string_view document, std::span<const Answer, kOperationKeys> keys) {
   u16 operation = kUnknownIndex;
   u16 serviceType = kUnknownIndex;
   const i32 status = read_operation(document, keys, operation, serviceType);
@@ -88,7 +88,7 @@ i32 expect_status_reply(std::string_view document, std::span<const Query, kOpera
   return operation == keyed::kOperationGetStatusResponse ? kOk : kUnknownOperation;
 }
 
-i32 read_common(std::string_view document, std::span<const Query> keys, ClssStatusCommon& record) {
+i32 read_common(std::string_view document, std::span<const Answer> keys, ClssStatusCommon& record) {
   for (std::size_t i = 0; i < kCommonKeys; ++i) {
     const i32 status = store(kCommon[i].member, document, keys[i], &record);
     if (status != kOk) return status;
@@ -123,7 +123,7 @@ struct Paper {
   u16 panel = 0;
 };
 
-Paper read_bin(std::string_view document, const Query& type, const Query& size) {
+Paper read_bin(std::string_view document, const Answer& type, const Answer& size) {
   Paper paper;
   if (is_found(type)) {
     const std::string_view text = text_of(document, type);
@@ -144,12 +144,12 @@ void store_slot(ClssStatus& record, std::size_t slot, const Paper& paper) {
 }
 
 // Known bins are packed from the first slot on; the slot behind them ends the list.
-void read_bins(std::string_view document, std::span<const Query> keys, ClssStatus& record) {
+void read_bins(std::string_view document, std::span<const Answer> keys, ClssStatus& record) {
   std::size_t slot = 0;
   for (std::size_t bin = 0; bin < kBinCount; ++bin) {
     store_slot(record, slot, {});
-    const Query& type = keys[2 * bin];
-    const Query& size = keys[2 * bin + 1];
+    const Answer& type = keys[2 * bin];
+    const Answer& size = keys[2 * bin + 1];
     if (!is_present(type) && !is_present(size)) return;
     const Paper paper = read_bin(document, type, size);
     if (paper.type == kUnknownIndex || paper.size == kUnknownIndex) continue;
@@ -167,7 +167,7 @@ constexpr u16 kInkAllAc = 2;
 
 // The walk ends at the first value that is not "AC", an unknown keyword included. An empty value
 // does not end it: callers rely on both.
-u16 read_inks(std::string_view document, const Query& inks) {
+u16 read_inks(std::string_view document, const Answer& inks) {
   const std::span<const ClXmlValueRange> values = ranges_of(inks);
   if (values.empty()) return kInkAbsent;
   for (const ClXmlValueRange& value : values) {
@@ -178,7 +178,7 @@ u16 read_inks(std::string_view document, const Query& inks) {
 }
 
 // Only the lengths of the two lists are held against each other; neither is reported.
-i32 check_status_details(const Query& items, const Query& errorCodes) {
+i32 check_status_details(const Answer& items, const Answer& errorCodes) {
   const std::size_t itemCount = ranges_of(items).size();
   const std::size_t codeCount = ranges_of(errorCodes).size();
   if (itemCount == 0 || codeCount == 0) return kOk;
@@ -232,7 +232,7 @@ void store_job_id(std::string_view quoted, char (&jobID)[9]) {
   jobID[length] = '\0';
 }
 
-i32 read_job(std::string_view document, std::span<const Query> keys, std::string_view jobID,
+i32 read_job(std::string_view document, std::span<const Answer> keys, std::string_view jobID,
              ClssStatus& record) {
   if (!is_found(keys[kJobIDAt]) || !is_found(keys[kDescriptionAt])) return kNoJobBlock;
   if (!text_of(document, keys[kDescriptionAt]).starts_with(jobID)) return kNoJobBlock;
@@ -298,7 +298,7 @@ void clear_status(ClssStatus& record) {
   record.jobState = kUnknownIndex;
 }
 
-i32 read_status(std::string_view document, std::span<const Query> keys, ClssStatus& record) {
+i32 read_status(std::string_view document, std::span<const Answer> keys, ClssStatus& record) {
   i32 status = expect_status_reply(document, keys.first<kOperationKeys>());
   if (status != kOk) return status;
   status = read_common(document, keys.subspan<kCommonAt, kCommonKeys>(), record.common);
@@ -310,14 +310,14 @@ i32 read_status(std::string_view document, std::span<const Query> keys, ClssStat
 
 i32 parse_print(std::string_view document, ClssStatus& record) {
   clear_status(record);
-  Query keys[kStatusAndJobKeys];
+  Answer keys[kStatusAndJobKeys];
   const i32 status = keyed::ask(document, kStatusPlan.plan(), keys);
   return status == kOk ? read_status(document, keys, record) : status;
 }
 
 i32 parse_print_job(std::string_view document, std::string_view jobID, ClssStatus& record) {
   clear_status(record);
-  Query keys[kStatusAndJobKeys];
+  Answer keys[kStatusAndJobKeys];
   i32 status = keyed::ask(document, kStatusPlan.plan(), keys);
   if (status == kOk) status = read_status(document, keys, record);
   if (status != kOk) return status;
@@ -346,14 +346,17 @@ int32_t parseCommonStatusResponse(const char* document, uint64_t length, const C
   if (document == nullptr || length == 0 || record == nullptr) return kBadArgument;
   const std::string_view reply(document, length);
   const i32 keyStatus = check_keys({keys, keyCount});
-  Query queries[kOperationKeys + kCommonKeys];
-  const std::span all(queries);
-  ask_for_operation(all.first<kOperationKeys>(), kOperationGroup);
+  constexpr std::size_t kAllKeys = kOperationKeys + kCommonKeys;
+  Key asked[kAllKeys];
+  Answer answers[kAllKeys];
+  const std::span all(answers);
+  ask_for_operation(std::span(asked).first<kOperationKeys>(), kOperationGroup);
   for (std::size_t i = 0; i < kCommonKeys && keyStatus == kOk; ++i) {
-    queries[kCommonAt + i].path = {keys[i].key, keys[i].keyLength};
-    queries[kCommonAt + i].group = kCommonGroup;
+    asked[kCommonAt + i].path = {keys[i].key, keys[i].keyLength};
+    asked[kCommonAt + i].group = kCommonGroup;
   }
-  i32 status = keyed::ask(reply, keyStatus == kOk ? all : all.first(kOperationKeys));
+  const std::size_t count = keyStatus == kOk ? kAllKeys : kOperationKeys;
+  i32 status = keyed::ask(reply, std::span(asked).first(count), answers);
   if (status == kOk) status = expect_status_reply(reply, all.first<kOperationKeys>());
   if (status == kOk) status = keyStatus;
   return status == kOk ? read_common(reply, all.subspan(kCommonAt), *record) : status;
@@ -377,7 +380,7 @@ int32_t CLSS_ParseStatusResponseMaintenance(const char* document, uint64_t lengt
     return kBadArgument;
   }
   const std::string_view reply(document, length);
-  Query keys[kJobKeys];
+  Answer keys[kJobKeys];
   const i32 status = keyed::ask(reply, kMaintenancePlan.plan(), keys);
   if (status != kOk) return status;
   return read_job(reply, keys, {jobID, std::strlen(jobID)}, *record);

@@ -32,9 +32,10 @@ inline bool append(Finding& finding, const Record& record) {
 void give(const Scan& scan, u32 number, u32 offset, u32 length, i32 status) {
   const Finding& finding = scan.findings[number];
   const char* text = (finding.flags & kKeyInPath) != 0 ? scan.path.begin() : scan.document.data();
-  const Query& query = scan.queries[number];
-  if (query.take == nullptr) return;
-  query.take(query.reader, {{text + finding.keyBegin, finding.keyLength}, offset, length, status});
+  const Answer& answer = scan.answers[number];
+  if (answer.take == nullptr) return;
+  answer.take(answer.reader,
+              {{text + finding.keyBegin, finding.keyLength}, offset, length, status});
 }
 
 }  // namespace

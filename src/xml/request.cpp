@@ -49,6 +49,7 @@ class Findings {
     return true;
   }
   Finding* begin() { return findings_.begin(); }
+  u32 size() const { return findings_.size; }
   const Finding& operator[](u32 target) const {
     return target < findings_.size ? findings_[target] : kNothing;
   }
@@ -170,7 +171,7 @@ bool index_parameters(Index& index, const ClXmlRequest& request, Collect collect
 
 // One run over a document by the plan that `make_plan` gives. The namespace table is the run's own.
 template <typename MakePlan>
-ScanOutcome run(std::string_view document, u32 flags, Findings& findings, const Query* queries,
+ScanOutcome run(std::string_view document, u32 flags, Findings& findings, const Answer* answers,
                 const MakePlan& make_plan) {
   const Declaration declaration = check_declaration(document);
   ScanOutcome outcome;
@@ -182,7 +183,7 @@ ScanOutcome run(std::string_view document, u32 flags, Findings& findings, const 
   if (!make_plan(plan) || !findings.reserve(plan.targetCount)) return outcome;
   ClXmlNameSpaceEntry table[sizeof clNsTable / sizeof clNsTable[0]];
   std::memcpy(table, clNsTable, sizeof table);
-  return scan_indexed(plan, {findings.begin(), queries}, document, flags, table);
+  return scan_indexed(plan, {findings.begin(), answers}, document, flags, table);
 }
 
 // One run over a valid request's document.
@@ -260,50 +261,52 @@ i32 request_lists(ClXmlRequest* request, u32 flags) {
 
 // --- The library's own requests ------------------------------------------------------------------
 
-bool index_queries(Index& index, std::span<const Query> queries) {
-  if (!start_index(index, queries.size())) return false;
-  for (const Query& query : queries) {
-    if (!add_target(index, {query.path}, collect_for(query.wanted), query.group)) return false;
+bool index_keys(Index& index, std::span<const Key> keys) {
+  if (!start_index(index, keys.size())) return false;
+  for (const Key& key : keys) {
+    if (!add_target(index, {key.path}, collect_for(key.wanted), key.group)) return false;
   }
   return true;
 }
 
-// Most of what a reply is asked for it does not have: there the query stands as it was made.
-void answer(Query& query, const Finding& finding) {
+// Most of what a reply is asked for it does not have: there the answer stands as it was made.
+void fill(Answer& answer, const Finding& finding) {
   if (finding.count == 0 && finding.flags == 0) return;
-  query.status = result_of(finding);
-  query.offset = finding.firstOffset;
-  query.length = finding.firstLength;
+  answer.status = result_of(finding);
+  answer.offset = finding.firstOffset;
+  answer.length = finding.firstLength;
   if (finding.list == nullptr) return;
-  query.ranges.reset(static_cast<ClXmlValueRange*>(finding.list));
-  query.rangeCount = finding.count;
+  answer.ranges.reset(static_cast<ClXmlValueRange*>(finding.list));
+  answer.rangeCount = finding.count;
 }
 
 template <typename MakePlan>
-i32 scan(std::string_view document, u32 flags, std::span<Query> queries, u64* stopPosition,
+i32 scan(std::string_view document, u32 flags, std::span<Answer> answers, u64* stopPosition,
          const MakePlan& make_plan) {
-  if (document.empty() || queries.empty() || !fits(document)) return kBadArgument;
+  if (document.empty() || !fits(document)) return kBadArgument;
   Findings findings;
-  const ScanOutcome outcome = run(document, flags, findings, queries.data(), make_plan);
-  for (u32 i = 0; i < queries.size(); ++i) answer(queries[i], findings[i]);
+  const ScanOutcome outcome = run(document, flags, findings, answers.data(), make_plan);
+  for (u32 i = 0; i < findings.size(); ++i) fill(answers[i], findings[i]);
   if (stopPosition != nullptr) *stopPosition = outcome.stopPosition;
   return outcome.status;
 }
 
 }  // namespace
 
-i32 scan(std::string_view document, u32 flags, std::span<Query> queries, u64* stopPosition) {
+i32 scan(std::string_view document, u32 flags, std::span<const Key> keys, std::span<Answer> answers,
+         u64* stopPosition) {
+  if (keys.empty()) return kBadArgument;
   Index index;
-  return scan(document, flags, queries, stopPosition, [&](Plan& plan) {
-    if (!index_queries(index, queries)) return false;
+  return scan(document, flags, answers, stopPosition, [&](Plan& plan) {
+    if (!index_keys(index, keys)) return false;
     plan = index.plan();
     return true;
   });
 }
 
-i32 scan(std::string_view document, const Plan& fixed, std::span<Query> queries,
+i32 scan(std::string_view document, const Plan& fixed, std::span<Answer> answers,
          u64* stopPosition) {
-  return scan(document, 0, queries, stopPosition, [&](Plan& plan) {
+  return scan(document, 0, answers, stopPosition, [&](Plan& plan) {
     plan = fixed;
     return true;
   });

@@ -52,25 +52,26 @@ struct Key {
   u32 group = 0;
 };
 
-// One requested path and its answer; to be asked once.
-struct Query : Key {
+// The answer to a key; it holds one at most.
+struct Answer {
   // Wanted::kEach: takes the texts, in the order of the document; null: nobody wants them.
   void (*take)(void* reader, const EachText& text) = nullptr;
   void* reader = nullptr;
 
-  i32 status = kNotFound;  // of the first match
-  u64 offset = 0;          // of the first match, in bytes from the start of the document
-  u64 length = 0;
   Owned<ClXmlValueRange> ranges = {};  // Wanted::kAll: every match; null when there is none
   u32 rangeCount = 0;
+  i32 status = kNotFound;  // of the first match
+  u32 offset = 0;          // of the first match, in bytes from the start of the document
+  u32 length = 0;
 };
 
-// Scans the document once and answers every query. `flags` is 0 or CL_XML_COM_FLAG; the result is
-// that of ClXmlParse, and queries keep what was found before a failure.
-i32 scan(std::string_view document, u32 flags, std::span<Query> queries, u64* stopPosition);
+// Scans the document once for every key; the answers are in the keys' order. `flags` is 0 or
+// CL_XML_COM_FLAG; the result is that of ClXmlParse, and answers keep what was found before a
+// failure.
+i32 scan(std::string_view document, u32 flags, std::span<const Key> keys, std::span<Answer> answers,
+         u64* stopPosition);
 
-// The same for keys that a plan was made of beforehand: `queries` answer them in the plan's order,
-// and their own keys are not looked at.
-i32 scan(std::string_view document, const Plan& plan, std::span<Query> queries, u64* stopPosition);
+// The same for keys that a plan was made of beforehand.
+i32 scan(std::string_view document, const Plan& plan, std::span<Answer> answers, u64* stopPosition);
 
 }  // namespace pxcl::xml

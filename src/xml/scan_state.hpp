@@ -107,18 +107,18 @@ struct BelowEntry {
 };
 
 struct Scan {
-  Scan(const Plan& paths, const Answers& wanted, std::string_view text, u32 runFlags,
+  Scan(const Plan& paths, const Results& wanted, std::string_view text, u32 runFlags,
        ClXmlNameSpaceEntry* run)
       : plan(paths),
         findings(wanted.findings),
-        queries(wanted.queries),
+        answers(wanted.answers),
         document(text),
         flags(runFlags),
         table(run) {}
 
   Plan plan;
-  Finding* findings;     // one a target
-  const Query* queries;  // likewise, where some target is of Collect::kEach
+  Finding* findings;      // one a target
+  const Answer* answers;  // likewise, where some target is of Collect::kEach
   std::string_view document;
   u32 flags;
   ClXmlNameSpaceEntry* table;  // the run's copy of clNsTable

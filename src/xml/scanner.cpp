@@ -657,9 +657,9 @@ bool start_scan(Scan& scan) {
 
 }  // namespace
 
-ScanOutcome scan_indexed(const Plan& plan, const Answers& answers, std::string_view document,
+ScanOutcome scan_indexed(const Plan& plan, const Results& results, std::string_view document,
                          u32 flags, ClXmlNameSpaceEntry* table) {
-  Scan scan(plan, answers, document, flags, table);
+  Scan scan(plan, results, document, flags, table);
   i32 status = start_scan(scan) ? run(scan) : kNoMemory;
   u64 stop = scan.position;
   if (status == kRootClosed) {

@@ -32,12 +32,12 @@ struct Finding {
   u8 flags;
 };
 
-struct Query;
+struct Answer;
 
 // Where a scan puts what it finds: zeroed findings, one a target, and the readers of Collect::kEach.
-struct Answers {
+struct Results {
   Finding* findings;
-  const Query* queries;
+  const Answer* answers;
 };
 
 // What a scan leaves behind beside its findings.
@@ -53,7 +53,7 @@ struct ScanOutcome {
 inline constexpr u64 kMostBytes = 0xFFFFFF00u;
 
 // Scans `document`, which begins with its declaration. Declared prefixes go into `table`.
-ScanOutcome scan_indexed(const Plan& plan, const Answers& answers, std::string_view document,
+ScanOutcome scan_indexed(const Plan& plan, const Results& results, std::string_view document,
                          u32 flags, ClXmlNameSpaceEntry* table);
 
 }  // namespace pxcl::xml

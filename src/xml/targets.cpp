@@ -19,7 +19,7 @@ namespace {
 
 constexpr u32 kAttributeKind = 1;  // of ClXmlTarget
 
-enum class Answer : u8 { kNo, kYes, kMemoryShort };
+enum class Verdict : u8 { kNo, kYes, kMemoryShort };
 
 bool is_attribute_request(const ClXmlTarget& target) {
   return target.kind == kAttributeKind;
@@ -60,36 +60,36 @@ bool has_partner(const ClXmlParserData& data, const ClXmlAttribute& requested,
   });
 }
 
-Answer match_element(const ClXmlParserData& data, std::string_view requested,
-                     std::string_view current) {
+Verdict match_element(const ClXmlParserData& data, std::string_view requested,
+                      std::string_view current) {
   AttributeBlock requestedBlock;
   AttributeBlock currentBlock;
   ClXmlElement wanted;
   ClXmlElement present;
   if (!split(requested, requestedBlock, wanted) || !split(current, currentBlock, present)) {
-    return Answer::kMemoryShort;
+    return Verdict::kMemoryShort;
   }
   const bool matches = ClXmlCompare_Tag(&data, &wanted, &present) == 1 &&
                        ClXmlCompare_Attribute(&data, &wanted, &present) == 1;
-  return matches ? Answer::kYes : Answer::kNo;
+  return matches ? Verdict::kYes : Verdict::kNo;
 }
 
-Answer match_path(const ClXmlParserData& data, std::string_view requested,
-                  std::string_view current) {
+Verdict match_path(const ClXmlParserData& data, std::string_view requested,
+                   std::string_view current) {
   while (!requested.empty() && !current.empty()) {
     const std::string_view wanted = first_element(requested);
     const std::string_view present = first_element(current);
     const bool ends = present.size() == current.size();
-    if (ends != (wanted.size() == requested.size())) return Answer::kNo;
-    const Answer answer = match_element(data, wanted, present);
-    if (answer != Answer::kYes || ends) return answer;
+    if (ends != (wanted.size() == requested.size())) return Verdict::kNo;
+    const Verdict verdict = match_element(data, wanted, present);
+    if (verdict != Verdict::kYes || ends) return verdict;
     requested = from(requested, wanted.size() + 1);
     current = from(current, present.size() + 1);
   }
-  return Answer::kYes;  // whatever lies below a "/" at the end of the path, or before the root
+  return Verdict::kYes;  // whatever lies below a "/" at the end of the path, or before the root
 }
 
-Answer match_target(const ClXmlParserData& data, const ClXmlTarget& target) {
+Verdict match_target(const ClXmlParserData& data, const ClXmlTarget& target) {
   return match_path(data, {target.path, target.pathLength}, current_path(data));
 }
 
@@ -108,9 +108,9 @@ i32 append_match(ClXmlTarget& target, const ClXmlMatch& match) {
 
 // Records a value, unless it is empty, if the target's path matches the current one.
 i32 serve(const ClXmlParserData& data, ClXmlTarget& target, const ClXmlValueRange& value) {
-  const Answer answer = match_target(data, target);
-  if (answer == Answer::kMemoryShort) return kNoMemory;
-  if (answer == Answer::kNo || value.length == 0) {
+  const Verdict verdict = match_target(data, target);
+  if (verdict == Verdict::kMemoryShort) return kNoMemory;
+  if (verdict == Verdict::kNo || value.length == 0) {
     if (target.status == 0) target.status = kNotFound;
     return kSuccess;
   }
@@ -171,7 +171,7 @@ int32_t ClXmlChkTargetPathRequestAttValue(const ClXmlTarget* target, const char*
 int32_t ClXmlStoreValuePathCompare(const ClXmlParserData* data, uint32_t targetIndex) {
   if (!has_targets(data) || targetIndex >= data->targetCount) return 0;
   const ClXmlTarget& target = data->targets[targetIndex];
-  return target.path != nullptr && match_target(*data, target) == Answer::kYes ? 1 : 0;
+  return target.path != nullptr && match_target(*data, target) == Verdict::kYes ? 1 : 0;
 }
 
 int32_t ClXmlCompare_Tag(const ClXmlParserData*, const ClXmlElement* requested,
@@ -252,10 +252,10 @@ int32_t ClXmlChkTargetPathOnly(ClXmlParserData* data, uint64_t offset, int32_t e
       continue;
     }
     if (is_attribute_request(target) || has_match_of(target, data->serial)) continue;
-    const Answer answer = match_target(*data, target);
-    if (answer == Answer::kMemoryShort) return kNoMemory;
+    const Verdict verdict = match_target(*data, target);
+    if (verdict == Verdict::kMemoryShort) return kNoMemory;
     // Only the first target is served.
-    if (answer == Answer::kYes) {
+    if (verdict == Verdict::kYes) {
       return append_match(target,
                           {data->serial, offset, 0, empty == 1 ? kEmptyTag : kEmptyElement});
     }

@@ -13,19 +13,19 @@
 #include "xml/scan.hpp"
 
 // The linker sends the layer's scans through here (see CMakeLists.txt).
-#define SCAN                                                                  \
-  "_ZN4pxcl3xml4scanESt17basic_string_viewIcSt11char_traitsIcEEjSt4spanINS0_" \
-  "5QueryELm18446744073709551615EEPm"
-pxcl::i32 real_scan(std::string_view, pxcl::u32, std::span<pxcl::xml::Query>,
-                    pxcl::u64*) asm("__real_" SCAN);
-pxcl::i32 counted_scan(std::string_view, pxcl::u32, std::span<pxcl::xml::Query>,
-                       pxcl::u64*) asm("__wrap_" SCAN);
+#define SCAN                                                                   \
+  "_ZN4pxcl3xml4scanESt17basic_string_viewIcSt11char_traitsIcEEjSt4spanIKNS0_" \
+  "3KeyELm18446744073709551615EES5_INS0_6AnswerELm18446744073709551615EEPm"
+using Keys = std::span<const pxcl::xml::Key>;
+using Answers = std::span<pxcl::xml::Answer>;
+pxcl::i32 real_scan(std::string_view, pxcl::u32, Keys, Answers, pxcl::u64*) asm("__real_" SCAN);
+pxcl::i32 counted_scan(std::string_view, pxcl::u32, Keys, Answers, pxcl::u64*) asm("__wrap_" SCAN);
 
 static int scans = 0;
-pxcl::i32 counted_scan(std::string_view document, pxcl::u32 flags,
-                       std::span<pxcl::xml::Query> queries, pxcl::u64* stop) {
+pxcl::i32 counted_scan(std::string_view document, pxcl::u32 flags, Keys keys, Answers answers,
+                       pxcl::u64* stop) {
   ++scans;
-  return real_scan(document, flags, queries, stop);
+  return real_scan(document, flags, keys, answers, stop);
 }
 
 namespace {

@@ -10,24 +10,24 @@
 #include "xml/scanner.hpp"
 
 #define SCAN_NAME                                                                          \
-  "_ZN4pxcl3xml12scan_indexedERKNS0_4PlanERKNS0_7AnswersESt17basic_string_viewIcSt11char_" \
+  "_ZN4pxcl3xml12scan_indexedERKNS0_4PlanERKNS0_7ResultsESt17basic_string_viewIcSt11char_" \
   "traitsIcEEjP19ClXmlNameSpaceEntry"
 
-using pxcl::xml::Answers;
 using pxcl::xml::Plan;
+using pxcl::xml::Results;
 using pxcl::xml::ScanOutcome;
 
-ScanOutcome real_scan(const Plan& plan, const Answers& answers, std::string_view document,
+ScanOutcome real_scan(const Plan& plan, const Results& results, std::string_view document,
                       pxcl::u32 flags, ClXmlNameSpaceEntry* table) asm("__real_" SCAN_NAME);
-ScanOutcome counted_scan(const Plan& plan, const Answers& answers, std::string_view document,
+ScanOutcome counted_scan(const Plan& plan, const Results& results, std::string_view document,
                          pxcl::u32 flags, ClXmlNameSpaceEntry* table) asm("__wrap_" SCAN_NAME);
 
 static unsigned scans = 0;
 
-ScanOutcome counted_scan(const Plan& plan, const Answers& answers, std::string_view document,
+ScanOutcome counted_scan(const Plan& plan, const Results& results, std::string_view document,
                          pxcl::u32 flags, ClXmlNameSpaceEntry* table) {
   ++scans;
-  return real_scan(plan, answers, document, flags, table);
+  return real_scan(plan, results, document, flags, table);
 }
 
 TEST(Scans, EachParserScansItsReplyOnce) {

@@ -218,11 +218,12 @@ constexpr pxcl::responses::KeywordElements kAll[] = {
 // Returns the number of texts found.
 int compare_with_own_keys(const pxcl::responses::KeywordElements& elements,
                           const std::string& text) {
-  std::vector<pxcl::xml::Query> keys(3 * elements.paths.size());
+  std::vector<pxcl::xml::Key> keys(3 * elements.paths.size());
+  std::vector<pxcl::xml::Answer> answers(keys.size());
   pxcl::responses::KeywordTexts texts;
   pxcl::responses::ask_for_elements(elements.paths, std::span(keys), 0);
-  EXPECT_TRUE(texts.attend(elements, keys));
-  const int status = pxcl::xml::scan(text, 0, keys, nullptr);
+  EXPECT_TRUE(texts.attend(elements, answers));
+  const int status = pxcl::xml::scan(text, 0, keys, answers, nullptr);
   std::vector<std::string> paths;
   const pxcl::u16 rows = *elements.dictionary.rowCount;
   for (const auto& key : keys) {
@@ -231,19 +232,20 @@ int compare_with_own_keys(const pxcl::responses::KeywordElements& elements,
       paths.push_back(std::string(key.path) + "=\"" + (keyword == nullptr ? "" : keyword) + '"');
     }
   }
-  std::vector<pxcl::xml::Query> own(paths.size());
+  std::vector<pxcl::xml::Key> own(paths.size());
+  std::vector<pxcl::xml::Answer> expectations(own.size());
   for (std::size_t i = 0; i < own.size(); ++i) {
     own[i].path = paths[i];
     own[i].group = static_cast<pxcl::u32>(i);
   }
-  EXPECT_EQ(pxcl::xml::scan(text, 0, own, nullptr), status);
+  EXPECT_EQ(pxcl::xml::scan(text, 0, own, expectations, nullptr), status);
   int found = 0;
   for (std::size_t i = 0; i < own.size(); ++i) {
     const std::size_t key = i / (rows - 1u), row = i % (rows - 1u) + 1;
     pxcl::responses::ElementTexts got;
     const auto nameSpace = static_cast<pxcl::u16>(key / elements.paths.size());
     texts.texts_of(text, {static_cast<pxcl::u32>(row), nameSpace, 0}, got);
-    const std::string_view expected = pxcl::keyed::found_text(text, own[i]);
+    const std::string_view expected = pxcl::keyed::found_text(text, expectations[i]);
     const std::string_view value = got[key % elements.paths.size()];
     EXPECT_TRUE(value.size() == expected.size() &&
                 (value.empty() || value.data() == expected.data()))

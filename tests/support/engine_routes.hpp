@@ -270,13 +270,14 @@ inline std::string compare_each(const EngineCase& one, const std::string& path) 
   // Beside a request for the attribute, which is another one, and alone.
   for (const std::size_t first : {0u, 1u}) {
     EachReader reader = {each.key};
-    std::vector<pxcl::xml::Query> queries(2 - first);
-    for (pxcl::xml::Query& query : queries) query.path = each.path;
-    queries.back().group = 1;
-    queries.back().wanted = pxcl::xml::Wanted::kEach;
-    queries.back().take = EachReader::take;
-    queries.back().reader = &reader;
-    pxcl::xml::scan(one.document, one.flags, queries, nullptr);
+    std::vector<pxcl::xml::Key> keys(2 - first);
+    for (pxcl::xml::Key& key : keys) key.path = each.path;
+    keys.back().group = 1;
+    keys.back().wanted = pxcl::xml::Wanted::kEach;
+    std::vector<pxcl::xml::Answer> answers(keys.size());
+    answers.back().take = EachReader::take;
+    answers.back().reader = &reader;
+    pxcl::xml::scan(one.document, one.flags, keys, answers, nullptr);
     std::ostringstream scanText;
     scanText << reader.status;
     describe_ranges(scanText, reader.ranges.data(),
@@ -287,16 +288,16 @@ inline std::string compare_each(const EngineCase& one, const std::string& path) 
   return {};
 }
 
-// Every path a query of its own group: each answers as a request for that path alone.
+// Every path a key of its own group: each answers as a request for that path alone.
 inline std::string compare_scan(const EngineCase& one) {
-  std::vector<pxcl::xml::Query> queries;
+  std::vector<pxcl::xml::Key> keys;
   std::ostringstream plainText;
   std::ostringstream scanText;
   for (const std::string& path : one.paths) {
     if (path.empty()) continue;
-    const bool all = queries.size() % 2 == 1;
-    queries.push_back({{path, all ? pxcl::xml::Wanted::kAll : pxcl::xml::Wanted::kFirst,
-                        static_cast<std::uint32_t>(queries.size())}});
+    const bool all = keys.size() % 2 == 1;
+    keys.push_back({path, all ? pxcl::xml::Wanted::kAll : pxcl::xml::Wanted::kFirst,
+                    static_cast<std::uint32_t>(keys.size())});
     const Texts alone({one.flags, {path}, 0, one.document});
     std::string run;
     Request<ClXmlParameter> single(alone);
@@ -307,12 +308,14 @@ inline std::string compare_scan(const EngineCase& one) {
     if (all) describe_ranges(plainText, values.ranges, values.rangeCount);
   }
   std::uint64_t stop = 0;
-  const std::int32_t result = pxcl::xml::scan(one.document, one.flags, queries, &stop);
-  for (const pxcl::xml::Query& query : queries) {
+  std::vector<pxcl::xml::Answer> answers(keys.size());
+  const std::int32_t result = pxcl::xml::scan(one.document, one.flags, keys, answers, &stop);
+  for (std::size_t i = 0; i < keys.size(); ++i) {
+    const pxcl::xml::Answer& answer = answers[i];
     scanText << "result " << result << " stop " << stop << '\n'
-             << query.status << ' ' << query.offset << '+' << query.length << '\n';
-    if (query.wanted == pxcl::xml::Wanted::kAll) {
-      describe_ranges(scanText, query.ranges.get(), query.rangeCount);
+             << answer.status << ' ' << answer.offset << '+' << answer.length << '\n';
+    if (keys[i].wanted == pxcl::xml::Wanted::kAll) {
+      describe_ranges(scanText, answer.ranges.get(), answer.rangeCount);
     }
   }
   return difference("scan", plainText.str(), scanText.str());

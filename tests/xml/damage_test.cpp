@@ -70,13 +70,14 @@ void fail_scans(const EngineCase& one) {
   SCOPED_TRACE(one.document);
   int whole = 0;
   pxcl_test::fails_cleanly_at_every_allocation([&](bool failing) {
-    std::vector<pxcl::xml::Query> queries;
+    std::vector<pxcl::xml::Key> keys;
     for (const std::string& path : one.paths) {
-      const auto group = static_cast<std::uint32_t>(queries.size());
-      queries.push_back(
-          {{path, group % 2 == 0 ? pxcl::xml::Wanted::kAll : pxcl::xml::Wanted::kFirst, group}});
+      const auto group = static_cast<std::uint32_t>(keys.size());
+      keys.push_back(
+          {path, group % 2 == 0 ? pxcl::xml::Wanted::kAll : pxcl::xml::Wanted::kFirst, group});
     }
-    const int result = pxcl::xml::scan(one.document, 0, queries, nullptr);
+    std::vector<pxcl::xml::Answer> answers(keys.size());
+    const int result = pxcl::xml::scan(one.document, 0, keys, answers, nullptr);
     if (!failing) whole = result;
     EXPECT_TRUE(result == whole || is_documented(result)) << result;
   });

@@ -16,9 +16,9 @@
 
 namespace {
 
+using pxcl::xml::Answer;
 using pxcl::xml::EachText;
 using pxcl::xml::Key;
-using pxcl::xml::Query;
 using pxcl::xml::Wanted;
 
 #define ITEM "cmd/zirk:a/zirk:item_of_many k"
@@ -45,19 +45,19 @@ constexpr auto kPlan = pxcl::xml::fixed_plan<kKeys>();
 template <typename Scan>
 std::string answers(const Scan& scan) {
   std::ostringstream out;
-  std::vector<Query> queries(kKeys.size());
-  for (std::size_t i = 0; i < kKeys.size(); ++i) static_cast<Key&>(queries[i]) = kKeys[i];
-  Query& each = queries[11];
+  std::vector<Answer> found(kKeys.size());
+  Answer& each = found[11];
   each.reader = &out;
   each.take = [](void* reader, const EachText& text) {
     *static_cast<std::ostringstream*>(reader) << "[" << text.key << "] " << text.offset << '+'
                                               << text.length << ' ' << text.status << '\n';
   };
-  out << "result " << scan(queries) << '\n';
-  for (const Query& query : queries) {
-    out << query.path << ": " << query.status << ' ' << query.offset << '+' << query.length;
-    for (pxcl::u32 i = 0; i < query.rangeCount; ++i) {
-      out << ' ' << query.ranges[i].offset << '+' << query.ranges[i].length;
+  out << "result " << scan(found) << '\n';
+  for (std::size_t i = 0; i < kKeys.size(); ++i) {
+    const Answer& answer = found[i];
+    out << kKeys[i].path << ": " << answer.status << ' ' << answer.offset << '+' << answer.length;
+    for (pxcl::u32 range = 0; range < answer.rangeCount; ++range) {
+      out << ' ' << answer.ranges[range].offset << '+' << answer.ranges[range].length;
     }
     out << '\n';
   }
@@ -93,11 +93,11 @@ TEST(FixedPlan, AnswersAsKeysHandedInDo) {
       for (const std::string& attribute : {std::string(), std::string(" l=\"w\"")}) {
         const std::string text = "<?xml ?><cmd" + root + "><" + tag + attribute + ">" + inside +
                                  "</" + tag + "></cmd>" + std::string(80, ' ');
-        const auto fixed = [&](std::vector<Query>& queries) {
-          return pxcl::xml::scan(text, kPlan.plan(), queries, nullptr);
+        const auto fixed = [&](std::vector<Answer>& found) {
+          return pxcl::xml::scan(text, kPlan.plan(), found, nullptr);
         };
-        const auto handed = [&](std::vector<Query>& queries) {
-          return pxcl::xml::scan(text, 0, queries, nullptr);
+        const auto handed = [&](std::vector<Answer>& found) {
+          return pxcl::xml::scan(text, 0, kKeys, found, nullptr);
         };
         EXPECT_EQ(answers(fixed), answers(handed)) << text;
       }
