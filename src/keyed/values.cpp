@@ -112,9 +112,11 @@ DicMatch find_row(std::span<const ClssDicRow> dictionary, IsSame is_same) {
 DicMatch find_indexed(std::span<const ClssDicRow> dictionary, const WordIndex& index,
                       std::string_view word) {
   for (u64 slot = hash_word(word);; ++slot) {
-    const u16 row = index.rows[slot % WordIndex::kSlots];
+    const u64 at = slot % WordIndex::kSlots;
+    const u16 row = index.rows[at];
     if (row == WordIndex::kFree) return {};
-    if (row < dictionary.size() && is_word(dictionary[row].keyword, word)) {
+    if (row < dictionary.size() && index.lengths[at] == word.size() &&
+        xml::equal_bytes(dictionary[row].keyword, word.data(), word.size())) {
       return {row, dictionary[row].code};
     }
   }
@@ -137,6 +139,11 @@ DicMatch find_word(std::span<const ClssDicRow> dictionary, std::string_view word
 }  // namespace
 
 DicMatch look_up(std::span<const ClssDicRow> dictionary, std::string_view text) {
+  const WordIndex* index = word_index_of(dictionary.data());
+  if (index != nullptr) {
+    const DicMatch match = find_indexed(dictionary, *index, text);
+    if (match.index != kUnknownIndex) return match;
+  }
   char buffer[kShortWord];
   const std::string_view word =
       !text.empty() && is_whole_value(text) ? text : copy_short_word(text, buffer);

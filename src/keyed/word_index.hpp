@@ -14,17 +14,21 @@
 
 namespace pxcl::keyed {
 
-// Row indices, each in the first free slot from its keyword's hash on.
+// Row indices and the lengths of their keywords, each in the first free slot from its keyword's hash
+// on.
 struct WordIndex {
   static constexpr u64 kSlots = 256;
   static constexpr u8 kFree = 255;
   std::array<u8, kSlots> rows;
+  std::array<u8, kSlots> lengths;
 };
 
 // Keywords of one dictionary differ in length or near their ends.
 constexpr u64 hash_word(std::string_view word) {
   return xml::hash_bytes(word.data(), static_cast<u32>(word.size())) >> 24;
 }
+
+void a_keyword_has_to_be_a_value();  // is nowhere: what calls it does not compile
 
 template <std::size_t count>
 constexpr WordIndex index_words(const ClssDicRow (&table)[count]) {
@@ -33,9 +37,13 @@ constexpr WordIndex index_words(const ClssDicRow (&table)[count]) {
   index.rows.fill(WordIndex::kFree);
   for (std::size_t row = 0; row < count; ++row) {
     if (table[row].keyword == nullptr) continue;
-    u64 slot = hash_word(table[row].keyword);
+    const std::string_view word = table[row].keyword;
+    // Such a keyword is found in a text before it is known what the text's value is.
+    if (word.empty() || word.find_first_of(" ,") != word.npos) a_keyword_has_to_be_a_value();
+    u64 slot = hash_word(word);
     while (index.rows[slot] != WordIndex::kFree) slot = (slot + 1) % WordIndex::kSlots;
     index.rows[slot] = static_cast<u8>(row);
+    index.lengths[slot] = static_cast<u8>(word.size());
   }
   return index;
 }

@@ -40,35 +40,16 @@ void give(const Scan& scan, u32 number, u32 offset, u32 length, i32 status) {
 
 }  // namespace
 
-namespace {
-
-// What a target wants beside its first match.
-[[gnu::noinline]] bool collect(Scan& scan, u32 number, u32 offset, u32 length, i32 status) {
-  Finding& finding = scan.findings[number];
-  if (scan.plan.targets[number].collect == Collect::kEach) {
-    give(scan, number, offset, length, status);
-    return true;
-  }
-  return append(finding, ClXmlMatch{scan.serial, offset, length, status});
-}
-
-}  // namespace
-
-bool record(Scan& scan, u32 number, u32 offset, u32 length, i32 status) {
+bool collect(Scan& scan, u32 number, u32 offset, u32 length, i32 status) {
   Finding& finding = scan.findings[number];
   const Collect wanted = scan.plan.targets[number].collect;
   if (wanted == Collect::kRanges) {
     if (!append(finding, ClXmlValueRange{offset, length})) return false;
-  } else if (wanted != Collect::kFirst) {
-    if (!collect(scan, number, offset, length, status)) return false;
+  } else if (wanted == Collect::kMatches) {
+    if (!append(finding, ClXmlMatch{scan.serial, offset, length, status})) return false;
+  } else {
+    give(scan, number, offset, length, status);
   }
-  if (finding.count == 0) {
-    finding.firstOffset = offset;
-    finding.firstLength = length;
-    finding.firstStatus = status;
-  }
-  ++finding.count;
-  finding.lastSerial = scan.serial;
   const u32 hasValue = status == kFound ? kHasValue : 0;
   const u32 hasRange = offset != 0 && length != 0 ? kHasRange : 0;
   finding.flags = static_cast<u8>(finding.flags | hasValue | hasRange);
@@ -78,14 +59,6 @@ bool record(Scan& scan, u32 number, u32 offset, u32 length, i32 status) {
 namespace {
 
 // --- Which targets ask for the current element's text --------------------------------------------
-
-template <typename Visit>
-bool visit_list(const Scan& scan, u32 first, const Visit& visit) {
-  for (u32 target = first; target != kNone; target = scan.plan.targets[target].next) {
-    if (!visit(target)) return false;
-  }
-  return true;
-}
 
 // A node is asked for whatever its attributes are.
 template <typename Visit>
@@ -196,11 +169,6 @@ i32 on_text(Scan& scan, u32 offset, u32 length) {
       scan, [&](u32 target) { return record(scan, target, offset, length, kFound); });
   if (!stored) return kNoMemory;
   return meet_null_paths(scan, kNone) ? kNoPath : kSuccess;
-}
-
-bool on_leaf(Scan& scan, u32 node, u32 offset, u32 length) {
-  return visit_list(scan, scan.plan.nodes[node].elementTargets,
-                    [&](u32 target) { return record(scan, target, offset, length, kFound); });
 }
 
 i32 on_attributes(Scan& scan) {

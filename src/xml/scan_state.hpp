@@ -270,12 +270,42 @@ inline bool is_asked_for(const Scan& scan) {
   return scan.depth == 0 || (scan.open[scan.depth - 1].flags & kElementTargets) != 0;
 }
 
+// Keeps what a target wants beside its first match; false when memory is short.
+bool collect(Scan& scan, u32 number, u32 offset, u32 length, i32 status);
+
+// Notes a match of a target; false when memory is short.
+inline bool record(Scan& scan, u32 number, u32 offset, u32 length, i32 status) {
+  Finding& finding = scan.findings[number];
+  if (scan.plan.targets[number].collect != Collect::kFirst &&
+      !collect(scan, number, offset, length, status)) {
+    return false;
+  }
+  if (finding.count == 0) {
+    finding.firstOffset = offset;
+    finding.firstLength = length;
+    finding.firstStatus = status;
+  }
+  ++finding.count;
+  finding.lastSerial = scan.serial;
+  return true;
+}
+
+template <typename Visit>
+inline bool visit_list(const Scan& scan, u32 first, const Visit& visit) {
+  for (u32 target = first; target != kNone; target = scan.plan.targets[target].next) {
+    if (!visit(target)) return false;
+  }
+  return true;
+}
+
+// The text of an element that was not opened: it matches `node`.
+inline bool on_leaf(Scan& scan, u32 node, u32 offset, u32 length) {
+  return visit_list(scan, scan.plan.nodes[node].elementTargets,
+                    [&](u32 target) { return record(scan, target, offset, length, kFound); });
+}
+
 // A text run or CDATA section of an element that is asked for.
 i32 on_text(Scan& scan, u32 offset, u32 length);
-// Appends a match to a target; false when memory is short.
-bool record(Scan& scan, u32 number, u32 offset, u32 length, i32 status);
-// The text of an element that was not opened: it matches `node`.
-bool on_leaf(Scan& scan, u32 node, u32 offset, u32 length);
 // The attributes, scan.attributes, of the innermost element.
 i32 on_attributes(Scan& scan);
 // The end of an element that is asked for: kEmptyElement at an end tag, kEmptyTag at an
