@@ -239,6 +239,7 @@ struct AttributeTag {
   u32 valueBegin() const { return attributeEnd + 2; }
   u32 valueLength() const { return valueEnd - valueBegin(); }
   const char* value() const { return text + valueBegin(); }
+  u32 end() const { return offset + valueEnd + 2; }  // behind the tag, in the document
 };
 
 // White space at a value's edges and NUL bytes are not for the fast loop, nor are values that may
@@ -409,14 +410,6 @@ inline bool store_attribute(Scan& scan, const AttributeTag& tag, u32 node) {
 
 // --- Start tags ---
 
-// The text of an element in which nothing else is, without the white space at its end; length 0:
-// it is another element.
-struct Leaf {
-  u32 begin;
-  u32 length;
-  u32 end;  // behind the end tag
-};
-
 // Opens an element whose nodes stand behind the last ones alive, up to `end`; false when memory is
 // short.
 inline bool open_usual(Scan& scan, OpenElement& opened, u32 offset, u32 length, const u32* end) {
@@ -447,57 +440,77 @@ inline bool open_usual(Scan& scan, OpenElement& opened, u32 offset, u32 length, 
   return open_usual(scan, cursor.top[1], begin, length, end);
 }
 
-[[gnu::noinline]] bool take_plain_leaf(Scan& scan, const Cursor& cursor, u32 length,
-                                       const Leaf& leaf) {
-  return visit_plain(scan, *cursor.top, cursor.text + cursor.at + 1, length,
-                     [&](u32 node) { return on_leaf(scan, node, leaf.begin, leaf.length); });
+// A leaf is an element in which nothing but text is. Its text, [begin, close), goes to what asks for
+// it without the white space at its end.
+inline bool on_leaf_text(Scan& scan, u32 node, u32 begin, u32 close) {
+  const char* text = scan.document.data();
+  while (is_space(text[close - 1])) --close;
+  return on_leaf(scan, node, begin, close - begin);
 }
 
+// A leaf without attribute.
+[[gnu::noinline]] bool take_plain_leaf(Scan& scan, const Cursor& cursor, u32 length, u32 close) {
+  const u32 name = cursor.at + 1;
+  return visit_plain(scan, *cursor.top, cursor.text + name, length,
+                     [&](u32 node) { return on_leaf_text(scan, node, name + length + 1, close); });
+}
+
+// The element whose start tag is at the cursor; `close` is where a leaf's text ends, 0 for others.
 [[gnu::noinline]] bool match_attribute_tag(Scan& scan, const Cursor& cursor,
-                                           const AttributeTag& tag, const Leaf& leaf) {
-  const bool isLeaf = leaf.length != 0;
+                                           const AttributeTag& tag, u32 close) {
+  const bool isLeaf = close != 0;
   const u32* node = scan.alive.begin() + scan.aliveTop;
   const u32* end = find_by_attribute(scan, *cursor.top, tag);
   if (!isLeaf && !open_usual(scan, cursor.top[1], tag.offset, tag.nameLength, end)) return false;
   for (; node != end; ++node) {
     if (!store_attribute(scan, tag, *node)) return false;
-    if (isLeaf && !on_leaf(scan, *node, leaf.begin, leaf.length)) return false;
+    if (isLeaf && !on_leaf_text(scan, *node, tag.end(), close)) return false;
   }
   return true;
 }
 
 // The next "<" or ">" from `at` on that the loop may take; kNone without one.
 inline u32 find_tag_mark(const Cursor& cursor, u32 at) {
-  for (; at <= cursor.limit; at += kLane) {
+  for (; at + kLane <= cursor.limit; at += kLane) {
     const u32 marks = tag_lane(cursor.text + at);
-    if (marks != 0) return at + lowest(marks) <= cursor.limit ? at + lowest(marks) : kNone;
+    if (marks != 0) return at + lowest(marks);
   }
   return kNone;
 }
 
-// The leaf whose start tag, with this name, ends in front of `begin`.
-inline Leaf find_leaf(const Cursor& cursor, const char* name, u32 length, u32 begin) {
-  constexpr Leaf kOther = {0, 0, 0};
-  const char* text = cursor.text;
-  if (text[begin] == '<' || static_cast<u8>(text[begin]) <= ' ') return kOther;
-  const u32 close = find_tag_mark(cursor, begin);
-  if (close == kNone || text[close] != '<' || text[close + 1] != '/') return kOther;
-  const u32 end = close + 2 + length;
-  if (text[end] != '>' || !same_name(name, text + close + 2, length)) return kOther;
-  u32 trimmed = close;
-  while (is_space(text[trimmed - 1])) --trimmed;
-  return {begin, trimmed - begin, end + 1};
+inline bool is_end_tag(const char* tag) {
+  return tag[0] == '<' && tag[1] == '/';
 }
 
-// What the fast loop does with a start tag that it has read: `matched` tells whether memory was
-// there.
-inline i32 pass_start_tag(Scan& scan, Cursor& cursor, u32 tagEnd, const Leaf& leaf, bool matched) {
-  const bool isLeaf = leaf.length != 0;
-  if (!isLeaf) ++cursor.top;
-  cursor.at = isLeaf ? leaf.end : tagEnd;
-  if (matched) return scan.standing == 0 ? kSuccess : kUnusual;
-  scan.position = cursor.at - 1;
+// Where the text of a leaf ends whose start tag, with this name, ends in front of `begin`; 0 for
+// every other element.
+inline u32 find_leaf_end(const Cursor& cursor, const char* name, u32 length, u32 begin) {
+  const char* text = cursor.text;
+  if (text[begin] == '<' || static_cast<u8>(text[begin]) <= ' ') return 0;
+  const u32 close = find_tag_mark(cursor, begin);
+  if (close == kNone || !is_end_tag(text + close) || text[close + 2 + length] != '>') return 0;
+  return same_name(name, text + close + 2, length) ? close : 0;
+}
+
+// Moves on behind a tag; `taken`: memory was there.
+inline i32 pass(Scan& scan, Cursor& cursor, u32 end, bool taken) {
+  cursor.at = end;
+  if (taken) return kSuccess;
+  scan.position = end - 1;
   return kNoMemory;
+}
+
+// A leaf's end tag is `length` bytes and "</>" long.
+inline i32 pass_leaf(Scan& scan, Cursor& cursor, u32 close, u32 length, bool taken) {
+  scan.metText = true;
+  return pass(scan, cursor, close + length + 3, taken);
+}
+
+// Goes into an element that was opened.
+inline i32 enter(Scan& scan, Cursor& cursor, u32 begin, bool taken) {
+  ++cursor.top;
+  const i32 status = pass(scan, cursor, begin, taken);
+  return status == kSuccess && scan.standing != 0 ? kUnusual : status;
 }
 
 // Opens an element that no path leads through.
@@ -508,35 +521,34 @@ inline bool open_unasked(Scan& scan, const Cursor& cursor, u32 length) {
 }
 
 inline i32 take_plain_tag(Scan& scan, Cursor& cursor, u32 length) {
-  const u32 tagEnd = cursor.at + length + 2;
-  const Leaf leaf = find_leaf(cursor, cursor.text + cursor.at + 1, length, tagEnd);
+  const u32 begin = cursor.at + length + 2;
+  const u32 close = find_leaf_end(cursor, cursor.text + cursor.at + 1, length, begin);
   const bool mayMatch = (cursor.top->flags & kPlainChildren) != 0;
-  bool matched = true;
-  if (leaf.length != 0) {
-    ++scan.serial;
-    scan.metText = true;
-    if (mayMatch) matched = take_plain_leaf(scan, cursor, length, leaf);
-  } else {
-    if (scan.depth == scan.open.capacity) return kUnusual;
-    ++scan.serial;
-    matched = mayMatch ? open_plain(scan, cursor, length) : open_unasked(scan, cursor, length);
+  if (close == 0 && scan.depth == scan.open.capacity) return kUnusual;
+  ++scan.serial;
+  if (close != 0) {
+    const bool taken = !mayMatch || take_plain_leaf(scan, cursor, length, close);
+    return pass_leaf(scan, cursor, close, length, taken);
   }
-  return pass_start_tag(scan, cursor, tagEnd, leaf, matched);
+  const bool taken =
+      mayMatch ? open_plain(scan, cursor, length) : open_unasked(scan, cursor, length);
+  return enter(scan, cursor, begin, taken);
 }
+
 inline i32 take_attribute_tag(Scan& scan, Cursor& cursor, const AttributeTag& tag) {
-  const u32 tagEnd = tag.offset + tag.valueEnd + 2;
-  const Leaf leaf = find_leaf(cursor, tag.text, tag.nameLength, tagEnd);
-  if (leaf.length == 0 && scan.depth == scan.open.capacity) return kUnusual;
+  const u32 close = find_leaf_end(cursor, tag.text, tag.nameLength, tag.end());
+  const bool mayMatch = (cursor.top->flags & kAttributeChildren) != 0;
+  if (close == 0 && scan.depth == scan.open.capacity) return kUnusual;
   ++scan.serial;
   scan.metAttributes = true;
-  if (leaf.length != 0) scan.metText = true;
-  bool matched = true;
-  if ((cursor.top->flags & kAttributeChildren) != 0) {
-    matched = match_attribute_tag(scan, cursor, tag, leaf);
-  } else if (leaf.length == 0) {
+  bool taken = true;
+  if (mayMatch) {
+    taken = match_attribute_tag(scan, cursor, tag, close);
+  } else if (close == 0) {
     open_unasked(scan, cursor, tag.nameLength);
   }
-  return pass_start_tag(scan, cursor, tagEnd, leaf, matched);
+  return close != 0 ? pass_leaf(scan, cursor, close, tag.nameLength, taken)
+                    : enter(scan, cursor, tag.end(), taken);
 }
 
 // The marks of a start tag from its name on, as many lanes as its end takes, four at most, two
@@ -595,8 +607,7 @@ bool same_last_name(const char* a, const char* b, u32 length) {
 // Near the document's end, where no lane can be read: an end tag right behind the one before.
 [[gnu::noinline]] i32 take_last_tag(Scan& scan, Cursor& cursor) {
   const u64 end = u64{cursor.at} + 2 + cursor.top->length;
-  const bool isEndTag = end < scan.document.size() && cursor.text[cursor.at] == '<' &&
-                        cursor.text[cursor.at + 1] == '/';
+  const bool isEndTag = end < scan.document.size() && is_end_tag(cursor.text + cursor.at);
   return isEndTag ? take_end_tag<same_last_name>(scan, cursor) : kUnusual;
 }
 
