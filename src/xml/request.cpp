@@ -49,7 +49,8 @@ class Findings {
     return true;
   }
   Finding* begin() { return findings_.begin(); }
-  u32 size() const { return findings_.size; }
+  const Finding* begin() const { return findings_.begin(); }
+  const Finding* end() const { return findings_.end(); }
   const Finding& operator[](u32 target) const {
     return target < findings_.size ? findings_[target] : kNothing;
   }
@@ -269,10 +270,8 @@ bool index_keys(Index& index, std::span<const Key> keys) {
   return true;
 }
 
-// Most of what a reply is asked for it does not have: there the answer stands as it was made.
 void fill(Answer& answer, const Finding& finding) {
-  if (finding.count == 0 && finding.flags == 0) return;
-  answer.status = result_of(finding);
+  answer.status = finding.firstStatus;
   answer.offset = finding.firstOffset;
   answer.length = finding.firstLength;
   if (finding.list == nullptr) return;
@@ -286,7 +285,12 @@ i32 scan(std::string_view document, u32 flags, std::span<Answer> answers, u64* s
   if (document.empty() || !fits(document)) return kBadArgument;
   Findings findings;
   const ScanOutcome outcome = run(document, flags, findings, answers.data(), make_plan);
-  for (u32 i = 0; i < findings.size(); ++i) fill(answers[i], findings[i]);
+  // Most of what a reply is asked for it does not have.
+  Answer* answer = answers.data();
+  for (const Finding& finding : findings) {
+    if (finding.count != 0) fill(*answer, finding);
+    ++answer;
+  }
   if (stopPosition != nullptr) *stopPosition = outcome.stopPosition;
   return outcome.status;
 }

@@ -60,8 +60,8 @@ struct Answer {
 
   Owned<ClXmlValueRange> ranges = {};  // Wanted::kAll: every match; null when there is none
   u32 rangeCount = 0;
-  i32 status = kNotFound;  // of the first match
-  u32 offset = 0;          // of the first match, in bytes from the start of the document
+  i32 status = 0;  // of the first match; 0 without one
+  u32 offset = 0;  // of the first match, in bytes from the start of the document
   u32 length = 0;
 };
 

@@ -313,7 +313,8 @@ inline std::string compare_scan(const EngineCase& one) {
   for (std::size_t i = 0; i < keys.size(); ++i) {
     const pxcl::xml::Answer& answer = answers[i];
     scanText << "result " << result << " stop " << stop << '\n'
-             << answer.status << ' ' << answer.offset << '+' << answer.length << '\n';
+             << (answer.status == 0 ? pxcl::xml::kNotFound : answer.status) << ' ' << answer.offset
+             << '+' << answer.length << '\n';
     if (keys[i].wanted == pxcl::xml::Wanted::kAll) {
       describe_ranges(scanText, answer.ranges.get(), answer.rangeCount);
     }
