@@ -108,6 +108,18 @@ Invocation collect(const Slots& slots) {
   return invocation;
 }
 
+// How many words of the command line an option of some command takes; 0 for what is none.
+std::ptrdiff_t words_of_option(std::string_view word) {
+  const std::string_view name = word.substr(0, word.find('='));
+  for (const Command& command : all_commands()) {
+    for (const Option& option : command.options) {
+      if (option.is_positional() || option.name != name) continue;
+      return name == word && option.kind != Option::Kind::kFlag ? 2 : 1;
+    }
+  }
+  return 0;
+}
+
 // The parser misses a command where there is one that it does not know.
 Failure usage_failure(const CLI::App& root, const CLI::ParseError& error) {
   std::string where = "pxcl";
@@ -119,8 +131,9 @@ Failure usage_failure(const CLI::App& root, const CLI::ParseError& error) {
   std::string what = printable(error.what());
   const std::vector<std::string> unknown = app->remaining();
   const bool lacks_command = !app->get_subcommands({}).empty();
-  if (lacks_command && unknown.empty()) what = "A command is missing";
-  if (lacks_command && !unknown.empty()) {
+  const bool is_missing = unknown.empty() || words_of_option(unknown.front()) != 0;
+  if (lacks_command && is_missing) what = "A command is missing";
+  if (lacks_command && !is_missing) {
     what = filled("There is no command \"{}\"", printable(unknown.front()));
   }
   while (what.ends_with('.')) what.pop_back();
@@ -132,6 +145,20 @@ void set_labels(CLI::App& root) {
   root.get_formatter()->label("SUBCOMMAND", "COMMAND");
   root.get_formatter()->label("Positionals", "Arguments");
   root.get_formatter()->label("REQUIRED", "(required)");
+}
+
+// Options may stand in front of their command too: there the parser has them behind it.
+std::vector<const char*> command_first(int argc, char** argv) {
+  std::vector<const char*> words(argv, argv + argc);
+  const auto begin = words.begin() + std::min(argc, 1);
+  auto command = begin;
+  while (command != words.end()) {
+    const std::ptrdiff_t taken = words_of_option(*command);
+    if (taken == 0) break;
+    command += std::min(taken, words.end() - command);
+  }
+  std::rotate(begin, command, std::find(command, words.end(), std::string_view("--")));
+  return words;
 }
 
 }  // namespace
@@ -146,8 +173,9 @@ std::variant<Invocation, std::string> read_command_line(int argc, char** argv) {
   set_labels(root);
   std::list<Slots> all;
   for (const Command& command : all_commands()) add_command(root, command, all);
+  const std::vector<const char*> words = command_first(argc, argv);
   try {
-    root.parse(argc, argv);
+    root.parse(static_cast<int>(words.size()), words.data());
   } catch (const CLI::CallForHelp&) {
     return root.help();
   } catch (const CLI::CallForVersion& version) {

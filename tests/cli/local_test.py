@@ -22,6 +22,10 @@ class CommandLine(Case):
         for words, sentence in [
             ([], "missing"),
             (["frobnicate"], 'no command "frobnicate"'),
+            (["--printer", "virtual:office"], "command is missing"),
+            (["--printer"], "command is missing"),
+            (["--json", "frobnicate"], 'no command "frobnicate"'),
+            (["--printer", "virtual:office", "text", "encode", "x"], "--printer"),
             (["build"], "missing"),
             (["build", "x"], 'no command "x"'),
             (["print"], "FILE"),
@@ -63,6 +67,13 @@ class CommandLine(Case):
                 ended = run(*words, "--json")
                 self.assertEqual(ended.code, 64)
                 self.assertEqual((ended.json()["exit_code"], ended.json()["error"] != ""), (64, True))
+
+    def test_options_may_stand_in_front_of_their_command(self):
+        path = DATA / "replies" / "joblist.xml"
+        plain = run("parse", path, "--json").json()
+        for words in [["--json", "parse", path], ["--json", "parse", "--", path]]:
+            self.assertEqual(run(*words).json(), plain, words)
+        self.assertEqual(run("--printer", "virtual:office", "jobs").code, 0)
 
     def test_help_and_version_are_fine(self):
         for words in (["--help"], ["--version"], ["build", "--help"], ["print", "--help"]):
