@@ -18,6 +18,9 @@ using u16 = std::uint16_t;
 using u32 = std::uint32_t;
 using u64 = std::uint64_t;
 
+static_assert(sizeof(std::size_t) == sizeof(u64),
+              "callers hand in lengths of 64 bits; a narrower size_t would cut them short unseen");
+
 // std::string_view::substr() refers to the C++ runtime's exceptions; these two do not.
 constexpr std::string_view from(std::string_view text, std::size_t begin) {
   return {text.data() + begin, text.size() - begin};
