@@ -221,7 +221,7 @@ constexpr std::string_view kDeclarations[2][2] = {
     {PXCL_ZIRK, PXCL_ZIRK PXCL_TOLM},
     {PXCL_ZIRK PXCL_VRX, PXCL_ZIRK PXCL_VRX PXCL_TOLM},
 };
-constexpr std::size_t kMostDeclarations = 2047;  // bytes; the build may give a long host
+static_assert(kDeclarations[1][1].size() <= 2047, "the build's host for the namespaces is too long");
 
 std::string_view declare(const NameSpaces& chosen) {
   const auto is_chosen = [&](u16 index) { return chosen.size == index || chosen.media == index; };
@@ -305,8 +305,7 @@ i32 set_as_listed(const Settings& settings, const char* jobID, std::string_view 
       status != CLSS_COMMAND_OK) {
     return status;
   }
-  if (const i32 status = check_rows(settings.paper); status != CLSS_COMMAND_OK) return status;
-  if (declare(chosen).size() > kMostDeclarations) return CLSS_COMMAND_NOT_FORMATTED;
+  // What a reply lists are rows of the dictionaries.
   const ChosenTexts texts = list_chosen_texts(list_texts(settings, jobID), chosen);
   return format_command(pick_variant(settings.mode).chosen.in(kSetConfiguration), texts.of, out);
 }

@@ -17,8 +17,7 @@ using namespace pxcl::commands;
 
 namespace {
 
-// Bounds all parameters with a terminator, and each of them, and the document, with one hole
-// besides.
+// Bounds all parameters with a terminator, and the job ID, and the document, with one hole besides.
 constexpr u64 kAreaSize = 2048;
 constexpr u64 kSpare = sizeof "%s";
 
@@ -30,8 +29,7 @@ constexpr u64 kDateTimeTags = sizeof DATE_TIME - kSpare;
 bool fit_area(Values values) {
   const u64 jobID = kJobIDTags + values.front().size();
   const u64 dateTime = values.size() > 1 ? kDateTimeTags + values.back().size() : 0;
-  return jobID + kSpare <= kAreaSize && dateTime + kSpare <= kAreaSize &&
-         jobID + dateTime < kAreaSize;
+  return jobID + kSpare <= kAreaSize && jobID + dateTime < kAreaSize;
 }
 
 // The size alone decides what is asked for, and nothing but the document's bytes is written.

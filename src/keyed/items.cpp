@@ -317,9 +317,6 @@ NameSpaceTexts found_texts(std::string_view document,
 }
 
 i32 decode_list(const NameSpaceTexts& texts, ItemSet* item) {
-  for (const std::string_view text : texts) {
-    if (text.data() != nullptr && text.empty()) return kBadArgument;
-  }
   const u64 values = count_values(texts);
   Owned<ItemEntry> entries = Owned<ItemEntry>::allocate(values);
   if (values != 0 && !entries) return kNoMemory;

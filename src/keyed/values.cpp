@@ -146,7 +146,7 @@ DicMatch look_up(std::span<const ClssDicRow> dictionary, std::string_view text) 
   }
   char buffer[kShortWord];
   const std::string_view word =
-      !text.empty() && is_whole_value(text) ? text : copy_short_word(text, buffer);
+      is_whole_value(text) ? text : copy_short_word(text, buffer);
   if (word.data() == nullptr) {
     return find_row(dictionary,
                     [&](const char* keyword) { return is_same_long_word(keyword, text); });
@@ -160,8 +160,7 @@ u16 find_keyword(std::span<const ClssDicRow> dictionary, std::string_view word) 
 
 u32 read_number(std::string_view text) {
   constexpr std::size_t kSafeDigits = 9;  // so few fit in any case
-  if (!text.empty() && text.size() <= kSafeDigits &&
-      std::all_of(text.begin(), text.end(), is_digit)) {
+  if (text.size() <= kSafeDigits && std::all_of(text.begin(), text.end(), is_digit)) {
     u32 number = 0;
     for (const char byte : text) number = number * 10 + static_cast<u32>(byte - '0');
     return number;
@@ -190,7 +189,7 @@ u64 value_length(std::string_view text) {
 bool copy_value(std::string_view text, char* destination, u64 size) {
   if (is_whole_value(text)) {
     if (text.size() >= size) return false;
-    if (!text.empty()) std::memcpy(destination, text.data(), text.size());
+    std::memcpy(destination, text.data(), text.size());
     destination[text.size()] = '\0';
     return true;
   }

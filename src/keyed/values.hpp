@@ -29,7 +29,7 @@ DicMatch look_up(std::span<const ClssDicRow> dictionary, std::string_view text);
 // The row whose keyword is this very text, kUnknownIndex for none.
 u16 find_keyword(std::span<const ClssDicRow> dictionary, std::string_view word);
 
-// The value as a decimal number within 32 signed bits.
+// The value of a text that is not empty as a decimal number within 32 signed bits.
 u32 read_number(std::string_view text);
 
 // Bytes of the value.

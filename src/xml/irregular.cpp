@@ -113,7 +113,7 @@ bool take_step(Scan& scan, u32 begin, u32 end) {
       growing.valueBegin = growing.parsedTo - 1;
       growing.phase = GrowingElement::kInValue;
       return true;
-    case GrowingElement::kInValue:
+    default:  // kInValue
       break;
   }
   if (!take_until(scan, '"', end)) return false;
@@ -147,8 +147,8 @@ i32 match_grown(Scan& scan) {
   bool stored = true;
   visit_children(scan, [&](const Node& node, u32 number) {
     if (scan.candidateOf[number] != scan.irregularCount || !all_satisfied(scan, node)) return;
-    const bool more = node.attributeCount != 0 && (node.flags & kNameOnly) != 0;
-    if (node.attributeCount == count || (more && count != 0)) stored &= add_alive(scan, number);
+    const bool admitsMore = (node.flags & kNameOnly) != 0;
+    if (node.attributeCount == count || admitsMore) stored &= add_alive(scan, number);
   });
   return stored ? kSuccess : kNoMemory;
 }

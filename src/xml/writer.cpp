@@ -37,7 +37,7 @@ u64 find_slash(const char* buffer, u64 length, u64 position) {
   u64 at = position;
   while (at < length && is_space(buffer[at])) ++at;
   if (at < length && buffer[at] == '/') return at;
-  const bool isBehind = at == position && at < length && buffer[at] == '>' && at != 0;
+  const bool isBehind = at == position && at != 0 && buffer[at] == '>';
   return isBehind && buffer[at - 1] == '/' ? at - 1 : length;
 }
 

@@ -60,7 +60,8 @@ void fail_runs(const EngineCase& one) {
 
 TEST(ShortMemory, PlainRoute) {
   EngineCase small = make_large();
-  small.paths = {"cmd/x", "cmd/y", "cmd/many k1=\"v\" k2"};
+  small.paths = {"cmd/x", "cmd/y", "cmd/many k1=\"v\" k2", "cmd/many"};
+  for (int i = 0; i < 9; ++i) small.paths.back() += " k" + std::to_string(i) + "=\"v\"";
   small.document = small.document.substr(small.document.find("<x>1</x>"));
   small.document = "<?xml ?><cmd>" + small.document;
   fail_runs(small);

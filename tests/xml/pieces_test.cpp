@@ -164,6 +164,26 @@ TEST(Namespaces, FirstDeclarationHoldsAndLeadingBytesFindIt) {
   EXPECT_EQ(ClXmlPickupNamespace(&run.record, "x", 1, "\"", 1), -2);
   EXPECT_EQ(ClXmlPickupNamespace(&run.record, "x", 0, "\"u\"", 3), -2);
   EXPECT_EQ(ClXmlPickupNamespace(&run.record, "x", 1, "\"u\"", 3), 0);
+
+  ClXmlNameSpaceEntry& third = run.record.nameSpaceTable[2];
+  const std::string quoted = std::string("\"") + third.uri + "\"";
+  for (const std::string& value : {quoted.substr(1), quoted.substr(0, quoted.size() - 1)}) {
+    EXPECT_EQ(ClXmlPickupNamespace(&run.record, "x", 1, value.data(), value.size()), 0);
+    EXPECT_EQ(third.declaredPrefix, nullptr) << value;
+  }
+  third.declaredPrefix = "nothing";  // a caller's: a prefix without length is none
+  EXPECT_EQ(run.declare("x", 2), 0);
+  EXPECT_EQ(third.declaredPrefixLength, 1u);
+}
+
+TEST(Namespaces, ARunMayHaveNone) {
+  ClXmlParserData none = {};
+  const ClXmlAttribute requested = {"k", 1, "\"ikw:v\"", 7}, current = {"k", 1, "\"v\"", 3};
+  std::int32_t nameOnly = 0;
+  std::uint32_t index = 9;
+  EXPECT_EQ(ClXmlCompare_AttValue(&none, &requested, &current, &nameOnly), 0);
+  EXPECT_EQ(ClXmlCompare_AttValue(&none, &current, &current, &nameOnly), 1);
+  EXPECT_EQ(ClXmlIsKnownNicknameNs(&none, "p", 1, &index), 0);
 }
 
 TEST(Path, GrowsAndShrinks) {
@@ -213,6 +233,12 @@ TEST(Path, RootClosesWithTheByteBehindItsName) {
   EXPECT_EQ(cut.add("/", "cmd"), 0);
   EXPECT_EQ(ClXmlRemovePath(&cut.record, cut.block.data(), 3), -13);
   EXPECT_EQ(ClXmlRemovePath(&cut.record, cut.block.data(), 4), -2);
+  cut.record.document = nullptr;  // then nothing has an end
+  EXPECT_EQ(cut.remove("cmd>", 3), 2);
+  BareRun other("a>");  // a caller's own path: no byte behind a short name is looked at
+  other.record.currentPath = static_cast<char*>(ClXmlMemAlloc(2));
+  other.record.currentPath[0] = 'a';
+  EXPECT_EQ(ClXmlRemovePath(&other.record, other.block.data(), 1), -13);
   BareRun any("", CL_XML_COM_FLAG);
   EXPECT_EQ(any.add("/", "root"), 0);
   EXPECT_EQ(any.remove("root ", 5), 2);
@@ -344,6 +370,20 @@ TEST(Steps, RefuseWhatLiesOutsideTheDocument) {
   EXPECT_EQ(ClXmlStoreAttValue(&run.record, &elsewhere, 1), -2);
   EXPECT_EQ(target.matchCount, 1u) << "an element may end where the document does";
   ClXmlMemFree(target.matches);
+  EXPECT_EQ(ClXmlStoreValuePathCompare(&run.record, 0), 1) << "before the root";
+  EXPECT_EQ(ClXmlStoreValuePathCompare(&run.record, 1), 0);
+}
+
+TEST(Steps, ATargetWithoutPathIsMetByAttributesWhenItAsksForOne) {
+  BareRun run("<?xml ?><cmd k=\"v\"/>");
+  ClXmlTarget targets[2] = {};
+  run.record.targets = targets;
+  run.record.targetCount = 2;
+  const ClXmlAttribute attribute = {"k", 1, run.block.data() + 15, 3};
+  EXPECT_EQ(ClXmlStoreAttValue(&run.record, &attribute, 1), 0);
+  targets[1].kind = 1;
+  EXPECT_EQ(ClXmlStoreAttValue(&run.record, &attribute, 1), -9);
+  EXPECT_TRUE(targets[0].status == 0 && targets[1].status == -9);
 }
 
 TEST(Steps, RefuseNullArguments) {

@@ -169,11 +169,14 @@ TEST(Writer, RefusesRangesThatCannotBe) {
                {~std::uint64_t{0}, 1, 1},
                {9, ~std::uint64_t{0}, 1},
                {15, 3, 1},
+               {28, 0, -103},
+               {29, 0, -103},
+               {30, 0, -103},
                {27, 0, -103},
                {26, 0, -103},
                {12, 0, -103}};
   for (const auto& row : kRows) {
-    Job job("<cmd><a>xyz</a></cmd>", {{"cmd/a", "value"}, {"cmd/b", "value"}});
+    Job job("<cmd><a>xyz</a></cmd> ", {{"cmd/a", "value"}, {"cmd/b", "value"}});
     std::string output(64, '#');
     ASSERT_EQ(job.write(output.data(), output.size()), 0);
     ClXmlParameter& damaged = job.request.parameters[1];
@@ -184,6 +187,22 @@ TEST(Writer, RefusesRangesThatCannotBe) {
     job.request.record.outputSize = output.size();
     EXPECT_EQ(ClXmlWrite(&job.request.record), -2) << row.offset;
     EXPECT_EQ(output, std::string(64, '#'));
+  }
+}
+
+TEST(Writer, RefusesValuesThatNoTextHas) {
+  constexpr std::uint64_t kMost = std::uint64_t{1} << 62;
+  const struct {
+    std::uint64_t a, b;
+    int status;
+  } kRows[] = {{kMost, 0, kTooSmall}, {kMost + 1, 0, -2}, {kMost, 1, -2}, {1, kMost, -2}};
+  for (const auto& row : kRows) {
+    Job job("<cmd><a>x</a><b>y</b></cmd>", {{"cmd/a", "v"}, {"cmd/b", "v"}});
+    char output[64];
+    ASSERT_EQ(job.write(output, sizeof output), 0);
+    job.request.parameters[0].newValueLength = row.a;
+    job.request.parameters[1].newValueLength = row.b;
+    EXPECT_EQ(ClXmlWrite(&job.request.record), row.status) << row.a << ' ' << row.b;
   }
 }
 
@@ -218,6 +237,9 @@ TEST(EmptyTag, IsFoundAndExpandedInPlace) {
       {"x/<a>", 4, nullptr, ""},
       {"a/>", 2, nullptr, ""},
       {"/>", 0, nullptr, ""},
+      {">", 0, nullptr, ""},
+      {"<a/ >", 4, nullptr, ""},
+      {"<a >", 2, nullptr, ""},
   };
   for (const auto& row : kRows) {
     const std::string_view tag = row.tag;
