@@ -46,13 +46,11 @@ bool is_documented(int result) {
   return result == kNoMemory || result == kBadArgument;
 }
 
-void fail_runs(const EngineCase& one) {
-  const Texts texts(one);
+void fail_runs(const Texts& texts, int (*call)(Request<ClXmlListParameter>& request)) {
   int whole = 0;
   pxcl_test::fails_cleanly_at_every_allocation([&](bool failing) {
     Request<ClXmlListParameter> request(texts);
-    std::string run;
-    const int result = pxcl_test::run_plain(request, 0, run);
+    const int result = call(request);
     if (!failing) whole = result;
     EXPECT_TRUE(result == whole || is_documented(result)) << result;
   });
@@ -64,7 +62,24 @@ TEST(ShortMemory, PlainRoute) {
   for (int i = 0; i < 9; ++i) small.paths.back() += " k" + std::to_string(i) + "=\"v\"";
   small.document = small.document.substr(small.document.find("<x>1</x>"));
   small.document = "<?xml ?><cmd>" + small.document;
-  fail_runs(small);
+  fail_runs(Texts(small), [](auto& request) {
+    std::string run;
+    return pxcl_test::run_plain(request, 0, run);
+  });
+}
+
+TEST(ShortMemory, RequestsAndRuns) {
+  const Texts texts(make_large());
+  fail_runs(texts, [](auto& request) { return ClXmlRequestParameterList(&request.record); });
+  fail_runs(texts, [](auto& request) {
+    std::string run;
+    return pxcl_test::run_route(request, 0, ClXmlParse, run);
+  });
+  // One that the steps have to take.
+  fail_runs(Texts({0, {"cmd/a", "cmd/b"}, 1, "<?xml ?><cmd><a>x</a></cmd>"}), [](auto& request) {
+    request.parameters[1].pathLength = ~std::uint64_t{0};
+    return ClXmlRequestParameterList(&request.record);
+  });
 }
 
 void fail_scans(const EngineCase& one) {
@@ -98,6 +113,24 @@ TEST(ShortMemory, Paths) {
   }
 }
 
+TEST(ShortMemory, PathsOfManyElements) {
+  EngineCase one = {0, {"cmd"}, 0, "<?xml ?><cmd>text</cmd>"};
+  for (int i = 0; i < 200; ++i) one.paths[0] += "/e" + std::to_string(i);
+  fail_scans(one);
+}
+
+// Texts that elements far apart ask for: before the root, below a path that ends in "/", between tags.
+TEST(ShortMemory, Texts) {
+  static constexpr const char* kRows[][2] = {{"cmd", "t<cmd>"},
+                                             {"cmd/b/", "t<cmd>"},
+                                             {"cmd/b/c", "<cmd><b/ >t</ >"},
+                                             {"cmd/b/c/", "<cmd><b/ >t</ >"},
+                                             {"cmd/b", "<cmd><b><c>x</c>t<c>"}};
+  for (const auto& [path, body] : kRows) {
+    fail_scans({0, {path}, 0, "<?xml ?>" + std::string(body) + std::string(80, ' ')});
+  }
+}
+
 // The ninth open element whose path ends in "/" is one too many.
 TEST(ShortMemory, PathsThatEndInASeparator) {
   static constexpr const char* kLast[][2] = {
@@ -114,15 +147,37 @@ TEST(ShortMemory, PathsThatEndInASeparator) {
   }
 }
 
+// The same when one tag opens them all, and when an open tag comes to mean them by a declaration.
+TEST(ShortMemory, ManyPathsOfOneElementThatEndInASeparator) {
+  static constexpr const char* kRows[][2] = {{"k=\"v\"/", "<a k=\"v\">"},
+                                             {"k=\"v\"/", "<a k=\"q:v\"><c><b xmlns:q=\"%\">"},
+                                             {"k=\"v\"/", "<a/b k=\"q:v\"><b xmlns:q=\"%\">"},
+                                             {"/", "<a/b>"}};
+  for (const auto& [end, tags] : kRows) {
+    EngineCase one;
+    for (std::string path = "cmd/a"; path.size() < 20;) one.paths.push_back((path += ' ') + end);
+    one.document = std::string("<?xml ?><cmd>") + tags + "<x>text</x>" + std::string(600, ' ');
+    const std::size_t at = std::min(one.document.find('%'), one.document.size());
+    one.document.replace(at, 1, clNsTable[3].uri);
+    fail_scans(one);
+  }
+}
+
 // The path buffer ends in each part of a tag in turn.
 TEST(ShortMemory, IrregularTags) {
   for (std::size_t size = 180; size < 260; ++size) {
-    EngineCase one;
-    one.paths = {"cmd/s"};
-    one.document = "<?xml ?><cmd xmlns:z=\"http://www.example.com/ns/cmd/2008/07/common/\"><s/" +
-                   std::string(size, 's') + "/\"x z:key=\"z:value\"><z:a/b k=\"v\">";
-    fail_scans(one);
+    for (const char* prefix : {"z", "\"z"}) {
+      fail_scans({0,
+                  {"cmd/s"},
+                  0,
+                  std::string("<?xml ?><cmd xmlns:") + prefix + "=\"" + clNsTable[0].uri +
+                      "\"><s/" + std::string(size, 's') +
+                      "/\"x z:key=\"z:value\"><z:a/b k=\"v\">"});
+    }
   }
+  std::string deep;
+  for (int i = 0; i < 80; ++i) deep += "a/";
+  fail_scans({0, {"cmd/a"}, 0, "<?xml ?><cmd><" + deep + ">"});
 }
 
 // A list record whose ranges could not be made keeps null ranges and the scan's own result.

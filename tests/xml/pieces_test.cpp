@@ -110,7 +110,7 @@ TEST(Table, HoldsTheFourNamespaces) {
   const char* const kPrefixes[] = {"zirk", "vrx", "tolm", "ikw"};
   for (int i = 0; i < 4; ++i) {
     EXPECT_STREQ(clNsTable[i].prefix, kPrefixes[i]);
-    EXPECT_EQ(clNsTable[i].declaredPrefix, nullptr);
+    EXPECT_TRUE(clNsTable[i].declaredPrefix == nullptr && clNsTable[i].declaredPrefixLength == 0);
   }
   EXPECT_TRUE(clNsTable[4].uri == nullptr && clNsTable[4].prefix == nullptr);
 }

@@ -8,13 +8,19 @@
 #include <sys/mman.h>
 
 #include <random>
+#include <unordered_map>
 
 #include "engine_routes.hpp"
 #include "support.hpp"
+#include "xml/plan.hpp"
 
 namespace {
 
 using pxcl_test::EngineCase;
+
+std::string in_document(const std::string& root, const std::string& inside) {
+  return "<?xml version=\"1.0\"?><cmd" + root + ">" + inside + "</cmd>";
+}
 
 TEST(Routes, AgreeOnEverySeed) {
   for (const std::string& file : pxcl_test::list_data("engine")) {
@@ -218,16 +224,90 @@ TEST(Routes, AgreeOnEqualSignsInNames) {
   }
 }
 
+// What the fast loop reads by whole lanes and words, and what it has to leave to the others.
+TEST(Routes, AgreeOnOddTags) {
+  using namespace std::string_literals;
+  const struct {
+    const char* path;
+    std::string inside;
+  } kRows[] = {
+      {"cmd/a", "<a><![CDATA[>]]></a><a><![CDATA[]>]]></a>"},
+      {"cmd/a", "<a>t>12></a><a>t>/a></a>"},
+      {"cmd/a/a", "<a><a><a><a><a><a><a><a><a><a>x</a></a></a></a></a></a></a></a></a>></a>"},
+      {"cmd/bb kind", "<b kind=\"1\">x</b><bb kind=\"1\">y</bb><b kind=\"2\">z</b>"},
+      {"cmd/name_of_sixteen_ kind_of_sixteen_",
+       "<name_of_sixteen_ kind_of_sixteen_=\"1\">x</name_of_sixteen_>"
+       "<name_of_sixteen_ kind_of_sixteen_=\"2\">y</name_of_sixteen_>"},
+      {"cmd/a :k", "<a :k=\"v\">x</a>"},
+      {"cmd/zirk:a", "<p=:a>x</p=:a><p:a>y</p:a>"},
+      {"cmd/zi", "<zi>x</p:x>"},
+      {"cmd/a k", "<a k\0=\"v\">x</a>"s},
+      {"cmd/a k", "<a k\1=\"v\">x</a>"},
+      {"cmd/a\1", "<a\1>x</a\1>"},
+  };
+  for (const auto& [path, inside] : kRows) {
+    const std::string document =
+        "<?xml ?><cmd xmlns:p=\"" + std::string(clNsTable[0].uri) + "\">" + inside + "</cmd>";
+    EXPECT_EQ(pxcl_test::compare_routes({0, {path}, 0, document}), "") << document;
+  }
+}
+
+TEST(Routes, AgreeOnWhatBeginsAName) {
+  for (int byte = 0; byte < 256; ++byte) {
+    const std::string name = {static_cast<char>(byte), 'a'};
+    const std::string document = "<?xml ?><cmd><" + name + ">t</" + name + "></cmd>";
+    EXPECT_EQ(pxcl_test::compare_routes({0, {"cmd/" + name}, 0, document}), "") << byte;
+  }
+}
+
+// Elements that the index looks up by the same number: names of two lengths in one place, and names in
+// two places.
+TEST(Routes, AgreeOnElementsOfOneKey) {
+  using namespace pxcl::xml;
+  std::minstd_rand random(1);
+  std::unordered_map<std::uint32_t, std::string> names;  // by their keys below the root element
+  std::size_t onePlace = 0, twoPlaces = 0;
+  for (int i = 0; i < 300000; ++i) {
+    const std::string name = "n" + std::to_string(random() % (i % 2 == 0 ? 100000 : 2000000000));
+    const auto key_below = [&](std::uint32_t parent, KeyClass keyClass) {
+      const auto length = static_cast<std::uint32_t>(name.size());
+      return element_key(parent, hash_bytes(name.data(), length), keyClass);
+    };
+    const auto agree = [&](const std::string& other) {
+      std::string tags;
+      for (const std::string& tag : {name, other}) {
+        const std::string end = tag + ">";
+        tags += "<" + end + "1</" + end + "<p:" + end + "2</p:" + end + "<" + tag + " k=\"v\">3</" +
+                end;
+      }
+      const std::string document = "<?xml ?><cmd xmlns:p=\"" + std::string(clNsTable[0].uri) +
+                                   "\">" + tags + "<a>" + tags + "</a>" + tags + "</cmd>";
+      const std::vector<std::string> paths = {"cmd/a/" + name,        "cmd/zirk:" + name,
+                                              "cmd/a/" + name + " k", "cmd/" + name,
+                                              "cmd/" + other,         "cmd/b k"};
+      EXPECT_EQ(pxcl_test::compare_routes({0, paths, 0, document}), "") << document;
+    };
+    const std::string& same = names.try_emplace(key_below(1, kPlainKey), name).first->second;
+    if (same.size() != name.size()) agree(same), ++onePlace;
+    if (const auto above = names.find(key_below(2, kPlainKey)); above != names.end()) {
+      agree(above->second), ++twoPlaces;
+    }
+  }
+  EXPECT_TRUE(onePlace > 0 && twoPlaces > 0) << onePlace << ' ' << twoPlaces;
+}
+
 // A prefix that the document declares for another namespace is another one in the path.
 TEST(Routes, AgreeOnTablePrefixesThatMeanAnother) {
   const std::string document =
       "<?xml ?><cmd xmlns:zirk=\"" + std::string(clNsTable[3].uri) +
       "\"><a><b zirk:k=\"v\">t</b><zirk:b k=\"v\">t</zirk:b><zirk:b>t</zirk:b></a></cmd>";
+  std::vector<std::string> paths;
   for (const char* path : {"b zirk:k", "b ikw:k", "b zirk:k=\"v\"", "b ikw:k=\"v\"", "zirk:b k",
-                           "ikw:b k=\"v\"", "zirk:b", "ikw:b"}) {
-    const std::string whole = std::string("cmd/a/") + path;
-    EXPECT_EQ(pxcl_test::compare_routes({0, {whole}, 0, document}), "") << whole;
+                           "ikw:b k=\"v\"", "zirk:b", "ikw:b", "vrx:b", "b zirk:k=\"ikw:v\""}) {
+    paths.push_back(std::string("cmd/a/") + path);
+    EXPECT_EQ(pxcl_test::compare_routes({0, {paths.back()}, 0, document}), "") << path;
   }
+  EXPECT_EQ(pxcl_test::compare_routes({0, paths, 0, document}), "");
 }
 
 void expect_agreement(std::uint32_t firstSeed, std::uint32_t count, bool zeroBytes) {
@@ -239,10 +319,6 @@ void expect_agreement(std::uint32_t firstSeed, std::uint32_t count, bool zeroByt
         << "seed " << seed << " flags " << one.flags << " null " << one.nullPath << paths << "\n"
         << one.document;
   }
-}
-
-std::string in_document(const std::string& root, const std::string& inside) {
-  return "<?xml version=\"1.0\"?><cmd" + root + ">" + inside + "</cmd>";
 }
 
 // Past some number the index looks attributes up by hash; the first of one name still counts.
@@ -293,6 +369,20 @@ TEST(Routes, AgreeOnRunsThatAreNotFresh) {
       [](ClXmlParserData& run) { run.serial = 7; },
       [](ClXmlParserData& run) { run.nameSpaceTable[0].prefix = "q"; },
       [](ClXmlParserData& run) { run.targets[1].kind = 1; },
+      [](ClXmlParserData& run) { run.targets[1].kind = 2; },
+      [](ClXmlParserData& run) { run.targets[2].path = "cmd/a/"; },
+      [](ClXmlParserData& run) { run.targets[2].pathLength = 0; },
+      [](ClXmlParserData& run) {
+        run.targets[2].attributeName = "k=";
+        run.targets[2].attributeNameLength = 2;
+      },
+      [](ClXmlParserData& run) { run.targets[2].attributeNameLength = std::uint64_t{1} << 32; },
+      // Nothing behind its second "/" is looked at.
+      [](ClXmlParserData& run) {
+        run.targets[0].path = "cmd/a/";
+        run.targets[0].pathLength = std::uint64_t{1} << 32;
+      },
+      [](ClXmlParserData& run) { run.targets[0].matchCount = 1; },
       [](ClXmlParserData& run) { run.targets[1].path = nullptr; },
       [](ClXmlParserData& run) { run.targets[0].status = 1; },
       [](ClXmlParserData& run) { run.targets[2].kind = 0; },
@@ -341,6 +431,12 @@ TEST(Requests, TakeDocumentsBeyondThirtyTwoBits) {
   EXPECT_EQ(single.parameters[0].valueOffset, kBegin.find("value"));
   ASSERT_EQ(list.parameters[0].rangeCount, 1U);
   EXPECT_EQ(list.parameters[0].ranges[0].length, 5U);
+  const pxcl::xml::Key keys[] = {{"cmd/a"}};
+  pxcl::xml::Answer answers[1];
+  const char* const begin = static_cast<const char*>(room);
+  EXPECT_EQ(pxcl::xml::scan({begin, kSize}, 0, keys, answers, nullptr), -2);
+  EXPECT_EQ(pxcl::xml::scan({begin, 0}, 0, keys, answers, nullptr), -2);
+  EXPECT_EQ(pxcl::xml::scan({begin, kBegin.size()}, 0, {}, {}, nullptr), -2);
   munmap(room, kSize);
 }
 

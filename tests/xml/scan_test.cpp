@@ -156,6 +156,9 @@ TEST(Scan, NullLaterPath) {
   Request<ClXmlParameter> request(texts);
   EXPECT_EQ(ClXmlRequestParameter(&request.record), -9);
   EXPECT_EQ(request.parameters[1].status, -9);
+  request.parameters[1].pathLength = ~std::uint64_t{0};  // of nothing
+  EXPECT_EQ(ClXmlRequestParameter(&request.record), -9);
+  EXPECT_EQ(request.parameters[1].status, -9);
   EXPECT_EQ(answer({0, {"cmd/b", "cmd/b"}, 1, one.document}), "-2@19 -101 -101");
 }
 
@@ -188,6 +191,20 @@ TEST(Requests, RefuseBadRecords) {
   EXPECT_EQ(ClXmlRequestParameterList(nullptr), -2);
   EXPECT_EQ(ClXmlReplaceParameter(nullptr), -2);
   EXPECT_EQ(ClXmlRequestParameterListFree(nullptr), -2);
+}
+
+// Of a run that a caller has filled: what has no place in the document is no value.
+TEST(Requests, AMatchWithoutPlaceIsNoValue) {
+  const Texts texts({0, {"cmd/a"}, 0, "<?xml ?><cmd></cmd>"});
+  Request<ClXmlListParameter> request(texts);
+  ClXmlParserData* data = nullptr;
+  ASSERT_EQ(ClXmlInitializeParserData(&data, 0, nullptr, &request.record), 0);
+  data->targets[0].matches = static_cast<ClXmlMatch*>(ClXmlMemAlloc(sizeof(ClXmlMatch)));
+  *data->targets[0].matches = {1, 0, 5, -102};
+  data->targets[0].matchCount = 1;
+  EXPECT_EQ(ClXmlStoreParserData(data, nullptr, &request.record), 0);
+  EXPECT_EQ(request.parameters[0].status, -102);
+  ClXmlUnInitializeParserData(data);
 }
 
 TEST(Requests, ListsMustHoldNoRanges) {
