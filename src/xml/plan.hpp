@@ -134,13 +134,15 @@ inline u32 hash_readable(const char* bytes, u32 length) {
   return mix_hash(value, value, length);
 }
 
-enum KeyClass : u32 { kPlainKey = 0, kNamedKey = 0xB5297A4Du, kValuedKey = 0x68E31DA4u };
+// The kind of a key stands in its lowest bits: whatever the hashes are, a tag that is looked up by its
+// attribute's name and by the value does not find one node twice. There is room for each node once.
+enum KeyClass : u32 { kPlainKey = 0, kNamedKey = 1, kValuedKey = 2 };
 
 constexpr u32 element_key(u32 parent, u32 nameHash, KeyClass keyClass) {
-  return nameHash + parent * 0x9E3779B1u + keyClass;
+  return (nameHash + parent * 0x9E3779B1u) << 2 | keyClass;
 }
 constexpr u32 valued_key(u32 elementKey, u32 valueHash) {
-  return elementKey * 0x85EBCA6Bu + valueHash;
+  return (elementKey * 0x85EBCA6Bu + valueHash) << 2 | kValuedKey;
 }
 constexpr u32 bucket_of(u32 key, u32 bucketMask) {
   return (key ^ key >> 16) & bucketMask;

@@ -296,6 +296,16 @@ TEST(Routes, AgreeOnElementsOfOneKey) {
   EXPECT_TRUE(onePlace > 0 && twoPlaces > 0) << onePlace << ' ' << twoPlaces;
 }
 
+// A value may be chosen by whoever knows the hash: its node was found by the attribute's name as well.
+TEST(Routes, AgreeOnAValueWhoseHashIsThatOfItsName) {
+  EXPECT_EQ(
+      pxcl_test::compare_routes({0,
+                                 {"cmd/n347647221 k", "cmd/n347647221 k=\"x\""},
+                                 0,
+                                 in_document("", "<n347647221 k=\"n1442956533\">t</n347647221>")}),
+      "");
+}
+
 // A prefix that the document declares for another namespace is another one in the path.
 TEST(Routes, AgreeOnTablePrefixesThatMeanAnother) {
   const std::string document =
