@@ -51,7 +51,7 @@ bool collect(Scan& scan, u32 number, u32 offset, u32 length, i32 status) {
     give(scan, number, offset, length, status);
   }
   const u32 hasValue = status == kFound ? kHasValue : 0;
-  const u32 hasRange = offset != 0 && length != 0 ? kHasRange : 0;
+  const u32 hasRange = length != 0 ? kHasRange : 0;
   finding.flags = static_cast<u8>(finding.flags | hasValue | hasRange);
   return true;
 }
@@ -141,23 +141,23 @@ bool store_attribute(Scan& scan, u32 number) {
 // yet.
 bool serve_first_of_groups(Scan& scan, u32 offset, i32 status, u32& first) {
   const auto each_candidate = [&](const auto& visit) {
-    return visit_element_targets(scan, [&](u32 number) {
+    visit_element_targets(scan, [&](u32 number) {
       const Finding& finding = scan.findings[number];
       const bool served = finding.count != 0 && finding.lastSerial == scan.serial;
-      return served || visit(number, scan.firstOfGroup[scan.plan.targets[number].group]);
+      if (!served) visit(number, scan.firstOfGroup[scan.plan.targets[number].group]);
+      return true;
     });
   };
   each_candidate([&](u32 number, u32& best) {
     if (number < best) best = number;
     if (number < first) first = number;
-    return true;
   });
   if (first == kNone) return true;
   bool stored = true;
   each_candidate([&](u32 number, u32& best) {
-    if (best != number) return true;
+    if (best != number) return;
     best = kNone;
-    return stored = record(scan, number, offset, 0, status);
+    stored &= record(scan, number, offset, 0, status);
   });
   return stored;
 }

@@ -267,7 +267,7 @@ inline Descent shared_beginning(const Index& index, std::string_view path) {
 
 inline void remember_element(Index& index, Descent& descent) {
   constexpr u32 kRemembered = sizeof index.previousEnd / sizeof index.previousEnd[0];
-  if (descent.depth < kRemembered && descent.depth == index.previousDepth) {
+  if (descent.depth < kRemembered) {
     index.previousEnd[descent.depth] = descent.position;
     index.previousNode[descent.depth] = descent.node;
     ++index.previousDepth;

@@ -201,8 +201,8 @@ inline constexpr u32 first_bits(u32 count) {
   return count >= kLane ? 0xFFFFu : (u32{1} << count) - 1;
 }
 
-// A lane of a text from a position on. Near the text's end it is read together with the bytes
-// before it, or from a copy; `dropped` bytes then stand in front of it.
+// A lane of a text from a position on, near the text's end: it is read together with the bytes before
+// it, or from a copy. `dropped` bytes stand in front of it.
 struct LanePlace {
   const char* bytes;
   u32 dropped;
@@ -210,7 +210,6 @@ struct LanePlace {
 
   LanePlace(std::string_view text, u64 position) : bytes(text.data() + position), dropped(0) {
     const u64 rest = text.size() - position;
-    if (rest >= kLane) return;
     if (text.size() >= kLane) {
       dropped = static_cast<u32>(kLane - rest);
       bytes -= dropped;

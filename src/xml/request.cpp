@@ -31,7 +31,7 @@ Declaration check_declaration(std::string_view document) {
   const u64 at = static_cast<u64>(static_cast<const char*>(found) - document.data());
   const u64 behind = at + kMark.size();
   if (behind >= document.size() || !is_space(document[behind])) return {kNoDeclaration, 0};
-  return at == 0 ? Declaration{kSuccess, 0} : Declaration{kMisplacedDeclaration, at};
+  return {kMisplacedDeclaration, at};
 }
 
 bool fits(std::string_view document) {

@@ -31,7 +31,7 @@ i32 take_text(Scan& scan, u32 begin, u32 end) {
   if (!is_asked_for(scan)) return kSuccess;
   u32 trimmed = end;
   if (scan.document.size() - begin >= 3) {
-    while (trimmed > begin && is_space(scan.document[trimmed - 1])) --trimmed;
+    while (is_space(scan.document[trimmed - 1])) --trimmed;
   }
   return on_text(scan, begin, trimmed - begin);
 }
@@ -216,8 +216,7 @@ inline bool visit_plain(Scan& scan, const OpenElement& element, const char* text
     for (; found != kNone; found = scan.plan.nodes[found].nextInBucket) {
       const Node& node = scan.plan.nodes[found];
       if (node.key != key || node.parent != *parent || !has_name(node, name)) continue;
-      if (node.attributeCount != 0 || (node.flags & kImpossible) != 0) continue;
-      if (!visit(found)) return false;
+      if ((node.flags & kImpossible) == 0 && !visit(found)) return false;
     }
   }
   return true;
@@ -641,8 +640,8 @@ i32 take_usual_tags(Scan& scan) {
 }
 
 bool is_usual_ahead(const Scan& scan) {
-  return scan.depth != 0 && scan.path.size == 0 && !scan.growing.quoted && !scan.quotedPrefix &&
-         scan.standing == 0 && scan.below.size == 0 && u64{scan.at} + kReach < scan.document.size();
+  return scan.depth != 0 && scan.path.size == 0 && !scan.quotedPrefix && scan.standing == 0 &&
+         u64{scan.at} + kReach < scan.document.size();
 }
 
 i32 run(Scan& scan) {
@@ -661,7 +660,8 @@ bool start_scan(Scan& scan) {
   }
   for (u32 i = 0; i < plan.groupCount; ++i) scan.firstOfGroup[i] = kNone;
   scan.alive[0] = kRootNode;
-  if (plan.nodes[kRootNode].belowTargets != kNone && !scan.below.push({kRootNode, 0})) return false;
+  if (plan.nodes[kRootNode].belowTargets != kNone)
+    scan.below.push({kRootNode, 0});  // the first fits
   refresh_standing(scan);
   return true;
 }

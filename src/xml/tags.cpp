@@ -74,13 +74,6 @@ struct AttributeReading {
   bool irregular = false;  // the path's text needs the path buffer
 };
 
-// A prefix's first eight bytes and what follows it: only as many are compared as a name's prefix has.
-u64 prefix_word(const Scan& scan, std::string_view prefix) {
-  const u64 offset = static_cast<u64>(prefix.data() - scan.document.data());
-  const u64 rest = scan.document.size() - offset;
-  return load_bytes(prefix.data(), rest < 8 ? static_cast<u32>(rest) : 8);
-}
-
 void list_declared(Scan& scan) {
   scan.declaredCount = 0;
   scan.known[0] = scan.known[1] = {};
@@ -89,7 +82,8 @@ void list_declared(Scan& scan) {
     if (scan.declaredAt[row] == 0) continue;
     const ClXmlNameSpaceEntry& entry = scan.table[row];
     const std::string_view prefix = {entry.declaredPrefix, entry.declaredPrefixLength};
-    scan.declared[scan.declaredCount++] = {prefix_word(scan, prefix), prefix.size(), row,
+    // Only as many bytes are compared as a name's prefix has; behind a short one stands the URI.
+    scan.declared[scan.declaredCount++] = {load_bytes(prefix.data(), 8), prefix.size(), row,
                                            prefix == kNamespaces[row].prefix};
   }
 }
@@ -229,6 +223,13 @@ i32 split_attributes(Scan& scan, std::string_view text) {
   return splitter.failed() ? kBadName : kSuccess;
 }
 
+// Reads a tag's attributes once more: what could fail did so the first time.
+void read_again(Scan& scan, std::string_view attributes, AttributeReading reading) {
+  scan.attributes.size = 0;
+  split_attributes(scan, attributes);
+  read_attributes(scan, reading);
+}
+
 // A declaration below the root may change what an open element's attribute values mean: matches
 // every open element anew. A document has at most as many first declarations as the table has rows.
 i32 match_open_elements(Scan& scan) {
@@ -246,15 +247,13 @@ i32 match_open_elements(Scan& scan) {
     const std::string_view rest = from(scan.document, u64{element.offset} + element.length);
     const char* end = find_byte(rest, '>');
     const u16 generation = scan.depth == 1 ? u16{0} : element.generation;
-    AttributeReading reading = {generation, true};
-    scan.attributes.size = 0;
-    status = split_attributes(scan, {rest.data(), static_cast<std::size_t>(end - rest.data())});
-    if (status == kSuccess) status = read_attributes(scan, reading);
+    read_again(scan, {rest.data(), static_cast<std::size_t>(end - rest.data())},
+               {generation, true});
     const u32 colon = find_colon(name);
     const u32 row = colon == kNone ? kNone : find_row(scan, {name.data(), colon}, generation);
     const StartTag tag = {name, {}, colon, row, false};
     clear_alive(scan);
-    if (status == kSuccess) status = match_regular(scan, tag);
+    status = match_regular(scan, tag);
   }
   scan.depth = depth;
   return status;
@@ -298,13 +297,10 @@ NameExtent measure_name(std::string_view document, u32 begin, u32 end) {
 
 // A declaration below the root: matches the open elements anew, then reads the tag's attributes
 // again.
-i32 read_after_declaration(Scan& scan, const StartTag& tag, AttributeReading reading) {
-  i32 status = match_open_elements(scan);
-  if (status != kSuccess) return status;
-  reading.replay = true;
-  scan.attributes.size = 0;
-  status = split_attributes(scan, tag.attributes);
-  return status == kSuccess ? read_attributes(scan, reading) : status;
+i32 read_after_declaration(Scan& scan, const StartTag& tag, u32 generation) {
+  const i32 status = match_open_elements(scan);
+  if (status == kSuccess) read_again(scan, tag.attributes, {generation, true});
+  return status;
 }
 
 // Opens an element whose start tag has attributes or whose text is irregular.
@@ -314,7 +310,7 @@ i32 open_unusual(Scan& scan, const StartTag& tag) {
   reading.irregular = tag.irregularName;
   i32 status = read_attributes(scan, reading);
   if (status == kSuccess && scan.generation != generation && scan.depth != 0) {
-    status = read_after_declaration(scan, tag, {generation});
+    status = read_after_declaration(scan, tag, generation);
   }
   if (status != kSuccess) return status;
   if (reading.irregular || scan.growing.quoted) {
@@ -420,8 +416,9 @@ PathName innermost_name(const Scan& scan) {
   return resolve(scan, name, find_colon(name), top.generation);
 }
 
+// `begin` is not behind the name's end.
 bool equal_from(const PathName& name, std::size_t begin, std::string_view text) {
-  if (begin > name.size() || name.size() - begin != text.size()) return false;
+  if (name.size() - begin != text.size()) return false;
   for (std::size_t i = 0; i < text.size(); ++i) {
     if (name[begin + i] != text[i]) return false;
   }
@@ -440,9 +437,8 @@ bool names_innermost(const Scan& scan, std::string_view text) {
   for (std::size_t i = 0; i < prefix.size(); ++i) {
     if (i >= element.size() || element[i] != prefix[i]) return false;
   }
-  const std::string_view rest =
-      colon < length ? slice(text, colon, length - colon) : std::string_view();
-  return equal_from(element, prefix.size(), rest);
+  // No declared prefix holds white space: the colon stands in front of it.
+  return equal_from(element, prefix.size(), slice(text, colon, length - colon));
 }
 
 // Regular elements whose names were read with the namespaces known now are told by their bytes.
@@ -468,8 +464,7 @@ void pop_element(Scan& scan) {
 i32 close_root(const Scan& scan, std::string_view text) {
   if ((scan.flags & CL_XML_COM_FLAG) != 0) return kRootClosed;
   const std::size_t begin = static_cast<std::size_t>(text.data() - scan.document.data());
-  const std::string_view rest = from(scan.document, begin);
-  return rest.size() >= 4 && std::memcmp(rest.data(), "cmd>", 4) == 0 ? kRootClosed : kWrongRoot;
+  return from(scan.document, begin).starts_with("cmd>") ? kRootClosed : kWrongRoot;
 }
 
 i32 close_element(Scan& scan, std::string_view name) {
