@@ -1,12 +1,15 @@
 // SPDX-FileCopyrightText: 2026 The pxcl developers
 // SPDX-License-Identifier: Apache-2.0
 
+#include <fcntl.h>
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <cstdlib>
 #include <fstream>
 #include <string>
+#include <thread>
 
 #include "pxcl.h"
 #include "support.hpp"
@@ -106,6 +109,32 @@ TEST_F(TaggedFile, IsDecodedOnRequest) {
   EXPECT_EQ(look_up("*% #T:dfdb=aaaaaanj\n", "T", 1).status, -1);
   EXPECT_EQ(look_up("*% #T:short\n", "T", 1).status, -1);
   EXPECT_EQ(look_up("*% #T:=aaaaaaaa\n", "T", 1).status, 0) << "no data is a value";
+}
+
+// The file is read twice: for the length, then for the value, which has room for that many bytes.
+TEST_F(TaggedFile, MayChangeWhileItIsRead) {
+  const struct {
+    const char* then;
+    Found found;
+  } kRows[] = {{"*% #T:ab\n", {2, "ab"}},
+               {"*% #T:a\n", {1, "a"}},
+               {"*% #T:abcd\n", {-1, ""}},
+               {"", {-1, ""}}};
+  for (const auto& row : kRows) {
+    ASSERT_EQ(mkfifo(path_.c_str(), 0600), 0);
+    std::thread writer([&] {
+      const int first = open(path_.c_str(), O_WRONLY);
+      unlink(path_.c_str());
+      std::ofstream(path_) << row.then;
+      EXPECT_EQ(write(first, "*% #T:xy\n", 9), 9);
+      close(first);
+    });
+    const Found got = look_up_in(path_, "T");
+    writer.join();
+    unlink(path_.c_str());
+    EXPECT_EQ(got.status, row.found.status) << row.then;
+    EXPECT_EQ(got.value, row.found.value);
+  }
 }
 
 TEST_F(TaggedFile, MayBeNoFile) {

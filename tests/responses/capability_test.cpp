@@ -159,6 +159,10 @@ TEST(MediaType, StapleSidesSpreadOn) {
   EXPECT_EQ(type(side + "<vrx:stapleside>longside,shortside</vrx:stapleside>", "ON,ON"),
             "duplex 3 4 4 3 4 4");
   EXPECT_EQ(type("", "ON,ON,ON,ON,ON"), "status -2");
+  std::string sides = "<zirk:stapleside>", most = "duplex";
+  for (int i = 0; i < 30; ++i) sides += "longside,";
+  for (int i = 0; i < 21; ++i) most += " 3";
+  EXPECT_EQ(type(sides + "</zirk:stapleside>", "ON"), most) << "what is too much is dropped";
 }
 
 TEST(MediaType, Arguments) {

@@ -44,7 +44,10 @@ class Capabilities {
     } else if (!chance(3)) {
       text.insert(text.find("<cmd") + 4, second);
     }
-    if (wildness == 2 && chance(4)) text.insert(text.find("<cmd"), "iso_a4_210x297mm,auto");
+    if (wildness == 2 && chance(4)) {
+      text.insert(text.find("<cmd"),
+                  pick({"iso_a4_210x297mm,auto", "iso_a4_210x297mm<!-- -->auto"}));
+    }
     return text;
   }
 
