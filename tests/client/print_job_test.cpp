@@ -61,6 +61,16 @@ class Job {
   PrintOptions options;
 };
 
+// The job fails as it should, is cancelled that often, and is open no more.
+void expect_failure(Job& job, const Result<PrintReport>& report, Fault fault, unsigned cancelled,
+                    const char* words = "") {
+  ASSERT_FALSE(report);
+  EXPECT_EQ(report.error().fault, fault) << report.error().message;
+  EXPECT_NE(report.error().message.find(words), std::string::npos) << report.error().message;
+  EXPECT_EQ(job.printer.count("CancelJob"), cancelled);
+  EXPECT_FALSE(job.printer.has_open_job());
+}
+
 // Without the looks at the status.
 std::vector<std::string> steps_of(const ScriptedPrinter& printer) {
   std::vector<std::string> steps = printer.operations;
@@ -195,13 +205,10 @@ TEST(PrintJob, IsCancelledWhereverItFails) {
       job.printer.statuses_to_the_end = 1000;
       job.printer.damage(step.operation, row.damage, "IllegalOperation", step.number);
       const auto report = job.print();
-      ASSERT_FALSE(report);
-      EXPECT_EQ(report.error().fault, row.fault) << report.error().message;
-      EXPECT_TRUE(report.error().message.ends_with('.')) << report.error().message;
       const bool neverStarted = !step.in_job || (row.damage == Damage::kNg &&
                                                  std::string_view(step.operation) == "StartJob");
-      EXPECT_EQ(job.printer.count("CancelJob"), neverStarted ? 0U : 1U);
-      EXPECT_FALSE(job.printer.has_open_job());
+      expect_failure(job, report, row.fault, neverStarted ? 0 : 1);
+      EXPECT_TRUE(report.error().message.ends_with('.')) << report.error().message;
     }
   }
 }
@@ -209,12 +216,7 @@ TEST(PrintJob, IsCancelledWhereverItFails) {
 TEST(PrintJob, OnABusyPrinterSaysSo) {
   Job job;
   job.printer.damage("StartJob", Damage::kNg, "DeivceUseOtherJob");
-  const auto report = job.print();
-  ASSERT_FALSE(report);
-  EXPECT_EQ(report.error().fault, Fault::kRefused);
-  EXPECT_NE(report.error().message.find("busy with another job"), std::string::npos)
-      << report.error().message;
-  EXPECT_EQ(job.printer.count("CancelJob"), 0U);
+  expect_failure(job, job.print(), Fault::kRefused, 0, "busy with another job");
 }
 
 TEST(PrintJob, SaysWhenItCouldNotBeCancelled) {
@@ -263,13 +265,8 @@ TEST(PrintJob, IsCancelledWhenNobodyComes) {
     job.printer.statuses_to_the_end = 1000;
     job.printer.states.assign(good, kLoaded);
     job.printer.states.push_back(kStoppedState);
-    const auto report = job.print();
-    ASSERT_FALSE(report);
-    EXPECT_EQ(report.error().fault, Fault::kAttention) << report.error().message;
-    EXPECT_NE(report.error().message.find("out of paper"), std::string::npos);
     // Before the first look nothing has been opened.
-    EXPECT_EQ(job.printer.count("CancelJob"), good == 0 ? 0U : 1U);
-    EXPECT_FALSE(job.printer.has_open_job());
+    expect_failure(job, job.print(), Fault::kAttention, good == 0 ? 0 : 1, "out of paper");
   }
 }
 
@@ -291,10 +288,7 @@ TEST(PrintJob, DoesNotAskASuspendedPrinterForEver) {
   Job job;
   job.options.poll_interval = 1ms;
   job.printer.damage("SendData", Damage::kNg, "Suspended");
-  const auto report = job.print();
-  ASSERT_FALSE(report);
-  EXPECT_EQ(report.error().fault, Fault::kRefused);
-  EXPECT_EQ(job.printer.count("CancelJob"), 1U);
+  expect_failure(job, job.print(), Fault::kRefused, 1);
 }
 
 // ---- The end
@@ -304,20 +298,14 @@ TEST(PrintJob, ThatIsNeverDoneIsCancelled) {
   job.options.poll_interval = 1ms;
   job.options.completion_limit = 50ms;
   job.printer.statuses_to_the_end = 1000000;
-  const auto report = job.print();
-  ASSERT_FALSE(report);
-  EXPECT_EQ(report.error().fault, Fault::kAttention);
-  EXPECT_EQ(job.printer.count("CancelJob"), 1U);
+  expect_failure(job, job.print(), Fault::kAttention, 1);
 }
 
 TEST(PrintJob, ThatWasCancelledAtThePrinterIsNotCancelledAgain) {
   Job job;
   job.printer.statuses_to_the_end = 5;
   job.printer.job_elements = "<zirk:jobprogress>canceling</zirk:jobprogress>";
-  const auto report = job.print();
-  ASSERT_FALSE(report);
-  EXPECT_EQ(report.error().fault, Fault::kCancelled);
-  EXPECT_EQ(job.printer.count("CancelJob"), 0U);
+  expect_failure(job, job.print(), Fault::kCancelled, 0);
 }
 
 // A printer that does not repeat descriptions still names the job at work.
@@ -342,88 +330,54 @@ TEST(PrintJob, StopsWhenTheFlagIsSet) {
     job.printer.on_command = [&](std::string_view now) {
       if (now == operation) cancelled = true;
     };
-    const auto report = job.print();
-    ASSERT_FALSE(report);
-    EXPECT_EQ(report.error().fault, Fault::kCancelled);
-    EXPECT_EQ(job.printer.count("CancelJob"), std::string_view(operation) == "GetStatus" ? 0U : 1U);
-    EXPECT_FALSE(job.printer.has_open_job());
+    const bool wasOpen = std::string_view(operation) != "GetStatus";
+    expect_failure(job, job.print(), Fault::kCancelled, wasOpen ? 1 : 0);
   }
 }
 
 class BadPages : public PageSource {
  public:
-  enum Kind {
-    kNone,
-    kEmpty,
-    kError,
-    kThrows,
-    kThrowsOnRead,
-    kThrowsNothing,
-    kErrorOnRead,
-    kShort,
-    kLong,
-    kTooMuch,
-    kTooFew,
-    kTooMany
-  };
-  explicit BadPages(Kind kind) : kind_(kind) {}
+  explicit BadPages(std::string_view kind) : kind_(kind) {}
 
   Result<std::optional<Page>> next_page() override {
-    if (kind_ == kError) return Error{Fault::kBadInput, "No such file."};
-    if (kind_ == kThrows) throw std::runtime_error("torn\npage");
-    if (kind_ == kNone || (page_ == 1 && kind_ != kTooMany) || page_ == 2)
+    if (kind_ == "error") return Error{Fault::kBadInput, "No such file."};
+    if (kind_ == "throws") throw std::runtime_error("torn\npage");
+    if (kind_ == "none" || (page_ == 1 && kind_ != "too many") || page_ == 2) {
       return std::optional<Page>();
+    }
     ++page_;
-    left_ = kind_ == kShort ? 99 : kind_ == kLong ? 101 : 100;
-    return std::optional(Page{kind_ == kEmpty ? 0U : 100U, kind_ == kTooFew});
+    left_ = kind_ == "short" ? 99 : kind_ == "long" ? 101 : 100;
+    return std::optional(Page{kind_ == "empty" ? 0U : 100U, kind_ == "too few"});
   }
 
   Result<std::size_t> read(std::span<char> buffer) override {
-    if (kind_ == kThrowsOnRead) throw std::length_error("torn");
-    if (kind_ == kThrowsNothing) throw 1;
-    if (kind_ == kErrorOnRead) return Error{Fault::kUnsuitable, "No such page."};
-    if (kind_ == kTooMuch) return buffer.size() + 1;
+    if (kind_ == "throws on read") throw std::length_error("torn");
+    if (kind_ == "throws nothing") throw 1;
+    if (kind_ == "error on read") return Error{Fault::kUnsuitable, "No such page."};
+    if (kind_ == "too much") return buffer.size() + 1;
     const std::size_t count = std::min(buffer.size(), left_);
     left_ -= count;
     return count;
   }
 
  private:
-  Kind kind_;
+  std::string_view kind_;
   unsigned page_ = 0;
   std::size_t left_ = 0;
 };
 
 TEST(PrintJob, OutlivesBadPages) {
-  struct Row {
-    BadPages::Kind kind;
-    bool starts;
-    Fault fault;
-  };
-  const Row rows[] = {
-      {BadPages::kNone, false, Fault::kBadInput},
-      {BadPages::kEmpty, false, Fault::kBadInput},
-      {BadPages::kError, false, Fault::kBadInput},
-      {BadPages::kThrows, false, Fault::kBadInput},
-      {BadPages::kThrowsOnRead, true, Fault::kBadInput},
-      {BadPages::kThrowsNothing, true, Fault::kBadInput},
-      {BadPages::kErrorOnRead, true, Fault::kUnsuitable},
-      {BadPages::kShort, true, Fault::kBadInput},
-      {BadPages::kLong, true, Fault::kBadInput},
-      {BadPages::kTooMuch, true, Fault::kBadInput},
-      {BadPages::kTooFew, true, Fault::kBadInput},
-      {BadPages::kTooMany, true, Fault::kBadInput},
-  };
-  for (const Row& row : rows) {
-    SCOPED_TRACE(static_cast<int>(row.kind));
+  for (const std::string_view kind :
+       {"none", "empty", "error", "throws", "throws on read", "throws nothing", "error on read",
+        "short", "long", "too much", "too few", "too many"}) {
+    SCOPED_TRACE(kind);
     Job job;
-    BadPages pages(row.kind);
+    BadPages pages(kind);
     const auto report = job.print(pages);
-    ASSERT_FALSE(report);
-    EXPECT_EQ(report.error().fault, row.fault) << report.error().message;
-    EXPECT_EQ(job.printer.count("StartJob"), row.starts ? 1U : 0U);
-    EXPECT_EQ(job.printer.count("CancelJob"), row.starts ? 1U : 0U);
-    EXPECT_FALSE(job.printer.has_open_job());
+    const bool starts = kind != "none" && kind != "empty" && kind != "error" && kind != "throws";
+    expect_failure(job, report, kind == "error on read" ? Fault::kUnsuitable : Fault::kBadInput,
+                   starts ? 1 : 0);
+    EXPECT_EQ(job.printer.count("StartJob"), starts ? 1U : 0U);
   }
 }
 
@@ -434,11 +388,7 @@ TEST(PrintJob, OutlivesACallbackThatThrows) {
     job.options.on_progress = [&](const Progress&) {
       if (++calls == when) throw std::runtime_error("window closed");
     };
-    const auto report = job.print();
-    ASSERT_FALSE(report);
-    EXPECT_NE(report.error().message.find("window closed"), std::string::npos);
-    EXPECT_EQ(job.printer.count("CancelJob"), when == 1 ? 0U : 1U);
-    EXPECT_FALSE(job.printer.has_open_job());
+    expect_failure(job, job.print(), Fault::kBadInput, when == 1 ? 0 : 1, "window closed");
   }
 }
 

@@ -8,6 +8,7 @@
 #include <string>
 #include <vector>
 
+#include "../keyed/reply.hpp"
 #include "device.h"
 #include "dictionaries.h"
 #include "support.hpp"
@@ -52,16 +53,6 @@ string type_text(const string& keyword, const Type& type) {
          keyed("duplexprint", "papertype", keyword, type.duplex);
 }
 
-string reply_of(const string& parameters, const string& response = "OK") {
-  return "<?xml version=\"1.0\" encoding=\"utf-8\" ?>"
-         "<cmd xmlns:zirk=\"" +
-         string(glb_NameSpace[0]) +
-         "\"><zirk:contents>"
-         "<zirk:operation>GetCapabilityResponse</zirk:operation>"
-         "<zirk:param_set servicetype=\"print\"><zirk:response>" +
-         response + "</zirk:response>" + parameters + "</zirk:param_set></zirk:contents></cmd>";
-}
-
 string list_text(const string& name, const string& values) {
   return "<zirk:" + name + ">" + values + "</zirk:" + name + ">";
 }
@@ -80,8 +71,8 @@ string capability(const std::vector<std::pair<uint16_t, Size>>& sizes,
     typeList += keyword + ",";
     text += type_text(keyword, type);
   }
-  return reply_of(list_text("papersize", sizeList) + list_text("papertype", typeList) +
-                  list_text("stapleside", "longside,shortside") + text);
+  return reply(list_text("papersize", sizeList) + list_text("papertype", typeList) +
+               list_text("stapleside", "longside,shortside") + text);
 }
 
 string every_paper() {
@@ -229,17 +220,17 @@ TEST(Completion, FindsWhatAWalkByIndexFinds) {
       {"sizes without elements", capability({{kA4, {{"", "", ""}, ""}}}, {{kPlain, {"", "", ""}}})},
       {"no sizes", capability({}, {{kPlain, {}}})},
       {"no types", capability({{kA4, {}}}, {})},
-      {"not OK", reply_of(list_text("papersize", "iso_a4_210x297mm"), "NG")},
+      {"not OK", reply(list_text("papersize", "iso_a4_210x297mm"), "NG")},
       {"lists repeat themselves",
-       reply_of(list_text("papersize", repeated("iso_a4_210x297mm", 300) + "na_5x7_5x7in") +
-                list_text("papertype", repeated("stationery", 200) + "photographic") +
-                size_text("iso_a4_210x297mm", {}) + size_text("na_5x7_5x7in", {}) +
-                type_text("stationery", {}) + type_text("photographic", {}))},
+       reply(list_text("papersize", repeated("iso_a4_210x297mm", 300) + "na_5x7_5x7in") +
+             list_text("papertype", repeated("stationery", 200) + "photographic") +
+             size_text("iso_a4_210x297mm", {}) + size_text("na_5x7_5x7in", {}) +
+             type_text("stationery", {}) + type_text("photographic", {}))},
       {"repeated and bad at the end",
-       reply_of(list_text("papersize", repeated("iso_a4_210x297mm", 97) + "na_5x7_5x7in") +
-                list_text("papertype", repeated("stationery", 96) + "photographic") +
-                size_text("iso_a4_210x297mm", {}) + size_text("na_5x7_5x7in", shortMargin) +
-                type_text("stationery", {}) + type_text("photographic", tooManyModes))},
+       reply(list_text("papersize", repeated("iso_a4_210x297mm", 97) + "na_5x7_5x7in") +
+             list_text("papertype", repeated("stationery", 96) + "photographic") +
+             size_text("iso_a4_210x297mm", {}) + size_text("na_5x7_5x7in", shortMargin) +
+             type_text("stationery", {}) + type_text("photographic", tooManyModes))},
   };
   int found = 0, missed = 0;
   for (const auto& [name, reply] : replies) {

@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <sstream>
 #include <string>
 
 #include "keyed.h"
@@ -155,33 +156,10 @@ std::uint32_t number_of(const std::string& text) {
 }
 
 TEST(GetValue, ReadsAsTheConversionOfAWorkingCopyDoes) {
-  const std::string texts[] = {"4 0",
-                               "abc",
-                               "0",
-                               "-7",
-                               " - 7",
-                               "+12,3",
-                               "2147483647",
-                               "2147483648",
-                               "-2147483648",
-                               "-2147483649",
-                               "99999999999999999999",
-                               "\t\r\n5",
-                               "5\t6",
-                               "--5",
-                               "",
-                               ",5",
-                               "1\0"
-                               "2"s,
-                               "0x10",
-                               "007",
-                               " ",
-                               "\0"
-                               "5"s,
-                               "-",
-                               "+ +1"};
-  for (const std::string& text : texts) {
-    if (text.empty()) continue;
+  std::istringstream texts(
+      "4 0;abc;0;-7; - 7;+12,3;2147483647;2147483648;-2147483648;-2147483649;99999999999999999999;"
+      "\t\r\n5;5\t6;--5;,5;1\0002;0x10;007; ;\0005;-;+ +1"s);
+  for (std::string text; std::getline(texts, text, ';');) {
     const ExactBlock block(text);
     char* copy = CopyValueText(block.data(), block.size());
     ASSERT_NE(copy, nullptr);

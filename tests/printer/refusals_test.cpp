@@ -39,6 +39,12 @@ std::string test_print() {
   return built(CLSS_MakeCommand_TestPrint, kJob);
 }
 
+// A job whose last page is open, and what follows.
+std::vector<std::string> in_page(std::vector<std::string> steps) {
+  steps.insert(steps.begin(), {start(), plain_settings(), page(kLastPage)});
+  return steps;
+}
+
 // As many steps as needed; the last one is judged, the others are "OK".
 struct Case {
   const char* name;
@@ -69,19 +75,13 @@ std::vector<Case> cases_of_order() {
       {"JobIdOfLetters", {start("0000004A")}, "IllegalJobID"},
       {"PageWithoutSettings", {start(), page(kLastPage)}, "IllegalOperation"},
       {"DataWithoutPage", {start(), plain_settings(), send(raster)}, "IllegalOperation"},
-      {"PageBehindTheLast",
-       {start(), plain_settings(), page(kLastPage), send(raster), page(kLastPage)},
-       "IllegalOperation"},
+      {"PageBehindTheLast", in_page({send(raster), page(kLastPage)}), "IllegalOperation"},
       {"EndBeforeTheLastPage",
        {start(), plain_settings(), page(kAnotherFollows), send(raster), end()},
        "IllegalOperation"},
-      {"PageWithoutData", {start(), plain_settings(), page(kLastPage), end()}, "IllegalOperation"},
-      {"SettingsBehindAPage",
-       {start(), plain_settings(), page(kLastPage), plain_settings()},
-       "IllegalOperation"},
-      {"JobSettingsBehindAPage",
-       {start(), plain_settings(), page(kLastPage), job_settings()},
-       "IllegalOperation"},
+      {"PageWithoutData", in_page({end()}), "IllegalOperation"},
+      {"SettingsBehindAPage", in_page({plain_settings()}), "IllegalOperation"},
+      {"JobSettingsBehindAPage", in_page({job_settings()}), "IllegalOperation"},
   };
 }
 
@@ -149,9 +149,6 @@ std::vector<Case> cases_of_settings() {
 }
 
 std::vector<Case> cases_of_data() {
-  const auto after_page = [](const std::string& request) {
-    return std::vector{start(), plain_settings(), page(kLastPage), request};
-  };
   const std::string raster = send(raster_page());
   const std::string raw =
       built(CLSS_MakeCommand_SendDataRAW, kJob, std::uint16_t{2}, std::uint16_t{1});
@@ -159,45 +156,34 @@ std::vector<Case> cases_of_data() {
     return built(CLSS_MakeCommand_SendDataPWGRaster, kJob, size);
   };
   return {
-      {"MoreThanAnnounced", after_page(raster + "x"), "DataSizeOver"},
-      {"LessThanAnnounced", after_page(raster.substr(0, raster.size() - 1)), "ParameterError"},
-      {"NothingCame", after_page(announced(100)), "ParameterError"},
-      {"TooMuchAnnounced", after_page(announced(2'000'000'000)), "DataSizeOver"},
-      {"NegativeSize", after_page(announced(3'000'000'000)), "ParameterError"},
-      {"SizeOfManyDigits",
-       after_page(with(announced(100), ">100<", ">99999999999999999999999999<")), "DataSizeOver"},
-      {"FormatNotOffered",
-       {start(), plain_settings(), page(kLastPage), raw + "123456"},
-       "ParameterError",
-       "office"},
-      {"RawOfAnotherSize", after_page(with(raw, ">6<", ">5<") + "12345"), "ParameterError"},
+      {"MoreThanAnnounced", in_page({raster + "x"}), "DataSizeOver"},
+      {"LessThanAnnounced", in_page({raster.substr(0, raster.size() - 1)}), "ParameterError"},
+      {"NothingCame", in_page({announced(100)}), "ParameterError"},
+      {"TooMuchAnnounced", in_page({announced(2'000'000'000)}), "DataSizeOver"},
+      {"NegativeSize", in_page({announced(3'000'000'000)}), "ParameterError"},
+      {"SizeOfManyDigits", in_page({with(announced(100), ">100<", ">99999999999999999999999999<")}),
+       "DataSizeOver"},
+      {"FormatNotOffered", in_page({raw + "123456"}), "ParameterError", "office"},
+      {"RawOfAnotherSize", in_page({with(raw, ">6<", ">5<") + "12345"}), "ParameterError"},
       {"RawWithoutSides",
-       after_page(with(with(raw, "<zirk:datawidth>2</zirk:datawidth>", ""),
-                       "<zirk:datalength>1</zirk:datalength>", "") +
-                  "123456"),
+       in_page({with(with(raw, "<zirk:datawidth>2</zirk:datawidth>", ""),
+                     "<zirk:datalength>1</zirk:datalength>", "") +
+                "123456"}),
        "ParameterError"},
-      {"RasterWithSides", after_page(with(raw, ">RAW<", ">PWGRaster<") + "123456"),
+      {"RasterWithSides", in_page({with(raw, ">RAW<", ">PWGRaster<") + "123456"}),
        "ParameterError"},
-      {"TwoFormatsInAPage",
-       {start(), plain_settings(), page(kLastPage), raster, raw + "123456"},
-       "ParameterError"},
+      {"TwoFormatsInAPage", in_page({raster, raw + "123456"}), "ParameterError"},
       {"DataBehindAnotherCommand", {start() + "x"}, "ParameterError"},
       {"RawBandsOfTwoWidths",
-       {start(), plain_settings(), page(kLastPage), raw + "123456",
-        built(CLSS_MakeCommand_SendDataRAW, kJob, std::uint16_t{1}, std::uint16_t{2}) + "123456"},
+       in_page({raw + "123456",
+                built(CLSS_MakeCommand_SendDataRAW, kJob, std::uint16_t{1}, std::uint16_t{2}) +
+                    "123456"}),
        "ParameterError"},
-      {"RasterOfAnotherForm",
-       {start(), plain_settings(), page(kLastPage), send(raster_page(RasterForm::kCups)), end()},
+      {"RasterOfAnotherForm", in_page({send(raster_page(RasterForm::kCups)), end()}),
        "ParameterError"},
-      {"NoRaster",
-       {start(), plain_settings(), page(kLastPage), send("RaSx, then nothing"), end()},
-       "ParameterError"},
-      {"HalfARaster",
-       {start(), plain_settings(), page(kLastPage), send(raster_page().substr(0, 1900)), end()},
-       "ParameterError"},
-      {"TwoPagesInOne",
-       {start(), plain_settings(), page(kLastPage), send(raster_page() + raster_page().substr(4)),
-        end()},
+      {"NoRaster", in_page({send("RaSx, then nothing"), end()}), "ParameterError"},
+      {"HalfARaster", in_page({send(raster_page().substr(0, 1900)), end()}), "ParameterError"},
+      {"TwoPagesInOne", in_page({send(raster_page() + raster_page().substr(4)), end()}),
        "ParameterError"},
       {"NoJpeg",
        {start(), plain_settings(), page(kLastPage),
