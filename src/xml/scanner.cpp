@@ -253,9 +253,8 @@ inline bool is_clean_value(const char* value, u32 length) {
 }
 
 // Reads `name attribute="value"`; false for any other tag, and for an attribute that may declare a
-// namespace or has no name. `low` marks the tag's bytes up to "/".
+// namespace or has no name. `low` marks the tag's bytes up to "/"; there is one.
 inline bool read_attribute(const char* text, u32 length, u64 low, AttributeTag& tag) {
-  if (low == 0) return false;
   const u32 blank = lowest(low);
   const u64 rest = low & (low - 1);
   if (rest == 0 || blank > 2 * kLane) return false;

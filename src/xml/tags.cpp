@@ -389,7 +389,7 @@ bool read_usual_declaration(std::string_view& text, Declarations& found) {
 // Takes the attributes of a "cmd" that declares our namespaces and nothing else, the first tag of a
 // document; false, with nothing done, for any other.
 bool take_usual_root(Scan& scan, std::string_view inside) {
-  if (scan.depth != 0 || scan.generation != 0 || !inside.starts_with(kRootName)) return false;
+  if (scan.depth != 0 || !inside.starts_with(kRootName)) return false;
   Declarations found;
   std::string_view rest = from(inside, kRootName.size());
   if (rest.empty()) return false;

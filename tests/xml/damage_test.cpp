@@ -125,7 +125,8 @@ TEST(ShortMemory, Texts) {
                                              {"cmd/b/", "t<cmd>"},
                                              {"cmd/b/c", "<cmd><b/ >t</ >"},
                                              {"cmd/b/c/", "<cmd><b/ >t</ >"},
-                                             {"cmd/b", "<cmd><b><c>x</c>t<c>"}};
+                                             {"cmd/b", "<cmd><b><c>x</c>t<c>"},
+                                             {"cmd/b k=\"v\"", "<cmd><b k=\"v\">x</b>"}};
   for (const auto& [path, body] : kRows) {
     fail_scans({0, {path}, 0, "<?xml ?>" + std::string(body) + std::string(80, ' ')});
   }

@@ -348,17 +348,50 @@ TEST(Routes, AgreeOnManyAttributes) {
 
 // More elements in the paths than their number lets the index expect.
 TEST(Routes, AgreeOnPathsOfManyElements) {
-  EngineCase one;
-  std::string inside = "text";
-  std::string path = "cmd";
-  for (int level = 0; level < 400; ++level) {
-    const std::string name = "e" + std::to_string(399 - level);
-    inside = "<" + name + ">" + inside + "</" + name + ">";
-    path += "/e" + std::to_string(level);
-    if (level % 100 == 99) one.paths.push_back(path);
+  for (const std::string attribute : {"", " k=\"v\""}) {
+    EngineCase one;
+    std::string inside = "text";
+    std::string path = "cmd";
+    for (int level = 0; level < 400; ++level) {
+      const std::string name = "e" + std::to_string(399 - level);
+      inside = "<" + name + attribute + ">" + inside + "</" + name + ">";
+      path += "/e" + std::to_string(level) + attribute;
+      if (level % 100 == 99) one.paths.push_back(path);
+    }
+    one.document = in_document("", inside);
+    EXPECT_EQ(pxcl_test::compare_routes(one), "");
   }
-  one.document = in_document("", inside);
-  EXPECT_EQ(pxcl_test::compare_routes(one), "");
+}
+
+// A root that declares our namespaces alone is read faster than any other.
+TEST(Routes, AgreeOnRoots) {
+  const std::string uri = std::string(clNsTable[0].uri) + "\"",
+                    other = std::string(clNsTable[1].uri) + "\"";
+  for (const std::string& declaration : {"xmlns:p=\"" + uri,
+                                         "xmlns:p=\"" + uri + " xmlns:q=\"" + other,
+                                         "xmlns:p=\"" + uri + " xmlns:q=\"" + uri,
+                                         "xmlns:p=\"" + uri + " k=\"v\"",
+                                         "xmlns:p=\"" + uri + "  xmlns:q=\"" + other,
+                                         "xmlns:p<=\"" + uri,
+                                         "xmlns:p/=\"" + uri,
+                                         "xmlns:p:q=\"" + uri,
+                                         "xmlns:=\"" + uri,
+                                         "xmlns=\"" + uri,
+                                         "xmlns:p=\"" + uri + " ",
+                                         "xmlns:p =\"" + uri,
+                                         "xmlns:p='" + uri,
+                                         "xmlns:p= \"" + uri,
+                                         "xmlns:p=\"x" + uri,
+                                         "xmlns:p=\"" + uri + "x",
+                                         std::string("xmlns:p=\""),
+                                         std::string("xmlns:p="),
+                                         std::string("xmlns:p"),
+                                         std::string("xmlns:")}) {
+    const std::string document = in_document(" " + declaration, "<p:a>1</p:a><q:a>2</q:a><a>3</a>");
+    EXPECT_EQ(pxcl_test::compare_routes({0, {"cmd/zirk:a", "cmd/vrx:a", "cmd/q:a"}, 0, document}),
+              "")
+        << document;
+  }
 }
 
 // Prefixes longer than a word, one the beginning of the other.
