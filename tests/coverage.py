@@ -2,7 +2,7 @@
 # SPDX-FileCopyrightText: 2026 The pxcl developers
 # SPDX-License-Identifier: Apache-2.0
 
-"""Builds the coverage preset, runs all tests and prints each line and branch of src/ that none of them takes, but for the
+"""Builds the coverage preset, runs the tests of the library and prints each line and branch of src/ that none of them takes, but for the
 lines that tests/coverage.exceptions lists with their reasons. Fails when there is one, or an exception that is none."""
 
 import collections
