@@ -26,23 +26,19 @@ constexpr const char* kTime = "20240102030405";
 constexpr const char* kTitle = "Sheet 3 <of> 5 & more";
 constexpr std::uint16_t kAbsent = CLSS_SETTING_ABSENT;
 
-using Buffer = char*;
-using Size = std::uint64_t;
-using Length = std::uint64_t*;
+// A builder with its arguments; b, s and l are buffer, size and length.
+#define CALL(...) \
+  [=](char* b, std::uint64_t s, std::uint64_t* l) { return CLSS_MakeCommand_##__VA_ARGS__; }
 
 void add_fixed(std::vector<Command>& all) {
   const auto add = [&](std::string file, std::string builder, auto call) {
     all.push_back({file, builder, Kind::kFixed, call});
   };
   const auto capability = [](std::int32_t selector) {
-    return [=](Buffer b, Size s, Length l) {
-      return CLSS_MakeCommand_GetCapability(b, s, l, selector);
-    };
+    return CALL(GetCapability(b, s, l, selector));
   };
   const auto configuration = [](std::int32_t selector) {
-    return [=](Buffer b, Size s, Length l) {
-      return CLSS_MakeCommand_GetConfiguration(b, s, l, selector);
-    };
+    return CALL(GetConfiguration(b, s, l, selector));
   };
   add("GetCapability_print", "GetCapability", capability(0));
   add("GetCapability_device", "GetCapability", capability(1));
@@ -54,11 +50,9 @@ void add_fixed(std::vector<Command>& all) {
   add("Handoveroff", "Handoveroff", CLSS_MakeCommand_Handoveroff);
   add("GetStatusDevice", "GetStatusDevice", CLSS_MakeCommand_GetStatusDevice);
   add("GetJobIDList", "GetJobIDList", CLSS_MakeCommand_GetJobIDList);
-  add("GetStatus_print", "GetStatusPrint",
-      [](Buffer b, Size s, Length l) { return CLSS_MakeCommand_GetStatusPrint(nullptr, b, s, l); });
-  add("GetStatus_maintenance", "GetStatusMaintenance", [](Buffer b, Size s, Length l) {
-    return CLSS_MakeCommand_GetStatusMaintenance(nullptr, b, s, l);
-  });
+  add("GetStatus_print", "GetStatusPrint", CALL(GetStatusPrint(nullptr, b, s, l)));
+  add("GetStatus_maintenance", "GetStatusMaintenance",
+      CALL(GetStatusMaintenance(nullptr, b, s, l)));
 }
 
 void add_jobs(std::vector<Command>& all) {
@@ -68,25 +62,19 @@ void add_jobs(std::vector<Command>& all) {
   constexpr std::uint16_t kHosts[] = {1, 2, 3, 7};
   for (std::int16_t mode = 0; mode < 4; ++mode) {
     const std::string name = "StartJob_" + std::to_string(mode);
-    add(name, mode == 0 ? "StartJob" : "StartJob2", [=](Buffer b, Size s, Length l) {
-      return mode == 0 ? CLSS_MakeCommand_StartJob(kJob, "1", b, s, l)
-                       : CLSS_MakeCommand_StartJob2(mode, kJob, "1", b, s, l);
-    });
-    add(name + "_described", "StartJob3", [=](Buffer b, Size s, Length l) {
-      return CLSS_MakeCommand_StartJob3(3, 0, kTitle, mode, kJob, "1", b, s, l);
-    });
-    add(name + "_host", "StartJob3", [=](Buffer b, Size s, Length l) {
-      return CLSS_MakeCommand_StartJob3(2, kHosts[mode], kTitle, mode, kJob, "1", b, s, l);
-    });
+    add(name, mode == 0 ? "StartJob" : "StartJob2",
+        [=](char* b, std::uint64_t s, std::uint64_t* l) {
+          return mode == 0 ? CLSS_MakeCommand_StartJob(kJob, "1", b, s, l)
+                           : CLSS_MakeCommand_StartJob2(mode, kJob, "1", b, s, l);
+        });
+    add(name + "_described", "StartJob3", CALL(StartJob3(3, 0, kTitle, mode, kJob, "1", b, s, l)));
+    add(name + "_host", "StartJob3",
+        CALL(StartJob3(2, kHosts[mode], kTitle, mode, kJob, "1", b, s, l)));
   }
-  add("EndJob_print", "EndJob",
-      [](Buffer b, Size s, Length l) { return CLSS_MakeCommand_EndJob(0, kJob, b, s, l); });
-  add("EndJob_fax", "EndJob",
-      [](Buffer b, Size s, Length l) { return CLSS_MakeCommand_EndJob(9, kJob, b, s, l); });
-  add("CancelJob_maintenance", "CancelJob",
-      [](Buffer b, Size s, Length l) { return CLSS_MakeCommand_CancelJob(3, kJob, b, s, l); });
-  add("ModeShift", "ModeShift",
-      [](Buffer b, Size s, Length l) { return CLSS_MakeCommand_ModeShift(1, kJob, "1", b, s, l); });
+  add("EndJob_print", "EndJob", CALL(EndJob(0, kJob, b, s, l)));
+  add("EndJob_fax", "EndJob", CALL(EndJob(9, kJob, b, s, l)));
+  add("CancelJob_maintenance", "CancelJob", CALL(CancelJob(3, kJob, b, s, l)));
+  add("ModeShift", "ModeShift", CALL(ModeShift(1, kJob, "1", b, s, l)));
 }
 
 void add_keyed(std::vector<Command>& all) {
@@ -94,50 +82,33 @@ void add_keyed(std::vector<Command>& all) {
     all.push_back({file, builder, Kind::kKeyed, call});
   };
   const auto page = [](std::uint16_t nextPage, std::uint16_t preparation) {
-    return [=](Buffer b, Size s, Length l) {
-      return CLSS_MakeCommand_SetPageConfiguration2(kJob, nextPage, preparation, b, s, l);
-    };
+    return CALL(SetPageConfiguration2(kJob, nextPage, preparation, b, s, l));
   };
   const auto job = [](const char* time, std::uint16_t guide) {
-    return [=](Buffer b, Size s, Length l) {
-      return CLSS_MakeCommand_SetJobConfiguration(kJob, time, guide, b, s, l);
-    };
+    return CALL(SetJobConfiguration(kJob, time, guide, b, s, l));
   };
-  add("SendDataJPEG", "SendDataJPEG", [](Buffer b, Size s, Length l) {
-    return CLSS_MakeCommand_SendDataJPEG(kJob, 1234, b, s, l);
-  });
-  add("SendDataJPEGPAGE", "SendDataJPEGPAGE", [](Buffer b, Size s, Length l) {
-    return CLSS_MakeCommand_SendDataJPEGPAGE(kJob, 2147483647, b, s, l);
-  });
+  add("SendDataJPEG", "SendDataJPEG", CALL(SendDataJPEG(kJob, 1234, b, s, l)));
+  add("SendDataJPEGPAGE", "SendDataJPEGPAGE", CALL(SendDataJPEGPAGE(kJob, 2147483647, b, s, l)));
   // The printer reads the size as a signed number.
-  add("SendDataPWGRaster", "SendDataPWGRaster", [](Buffer b, Size s, Length l) {
-    return CLSS_MakeCommand_SendDataPWGRaster(kJob, 3000000000, b, s, l);
-  });
-  add("SendDataRAW", "SendDataRAW", [](Buffer b, Size s, Length l) {
-    return CLSS_MakeCommand_SendDataRAW(kJob, 100, 50, b, s, l);
-  });
-  add("SetPageConfiguration", "SetPageConfiguration", [](Buffer b, Size s, Length l) {
-    return CLSS_MakeCommand_SetPageConfiguration(kJob, 0, b, s, l);
-  });
+  add("SendDataPWGRaster", "SendDataPWGRaster", CALL(SendDataPWGRaster(kJob, 3000000000, b, s, l)));
+  add("SendDataRAW", "SendDataRAW", CALL(SendDataRAW(kJob, 100, 50, b, s, l)));
+  add("SetPageConfiguration", "SetPageConfiguration", CALL(SetPageConfiguration(kJob, 0, b, s, l)));
   add("SetPageConfiguration_next", "SetPageConfiguration2", page(1, 0));
   add("SetPageConfiguration_preparation", "SetPageConfiguration2", page(0, 2));
   add("SetPageConfiguration_both", "SetPageConfiguration2", page(2, 1));
   add("SetJobConfiguration", "SetJobConfiguration", job(nullptr, 0));
-  add("SetJobConfiguration_time", "SetTime",
-      [](Buffer b, Size s, Length l) { return CLSS_MakeCommand_SetTime(kJob, kTime, b, s, l); });
+  add("SetJobConfiguration_time", "SetTime", CALL(SetTime(kJob, kTime, b, s, l)));
   add("SetJobConfiguration_guide", "SetJobConfiguration", job(nullptr, 1));
   add("SetJobConfiguration_both", "SetJobConfiguration", job(kTime, 2));
-  add("GetStatus_print_job", "GetStatusPrint",
-      [](Buffer b, Size s, Length l) { return CLSS_MakeCommand_GetStatusPrint(kJob, b, s, l); });
-  add("GetStatus_maintenance_job", "GetStatusMaintenance", [](Buffer b, Size s, Length l) {
-    return CLSS_MakeCommand_GetStatusMaintenance(kJob, b, s, l);
-  });
+  add("GetStatus_print_job", "GetStatusPrint", CALL(GetStatusPrint(kJob, b, s, l)));
+  add("GetStatus_maintenance_job", "GetStatusMaintenance",
+      CALL(GetStatusMaintenance(kJob, b, s, l)));
 }
 
 void add_configurations(std::vector<Command>& all) {
   const auto add = [&](std::string file, ClssConfigurationPaper paper, ClssConfigurationMode mode,
                        bool replied = false) {
-    const auto call = [=](Buffer b, Size s, Length l) {
+    const auto call = [=](char* b, std::uint64_t s, std::uint64_t* l) {
       return CLSS_MakeCommand_SetConfigurationNS(paper, mode, kJob,
                                                  replied ? kCapability.data() : nullptr,
                                                  replied ? kCapability.size() : 0, b, s, l);
@@ -159,9 +130,7 @@ void add_configurations(std::vector<Command>& all) {
   add("SetConfiguration_common", {2, kLetter, kStationery, 1}, {kAbsent, kAbsent}, true);
   add("SetConfiguration_unused_rows", {2, 30, 19, 1}, {kAbsent, kAbsent});
   all.push_back({"SetConfiguration_device", "SetConfigurationDevice", Kind::kFormatted,
-                 [](Buffer b, Size s, Length l) {
-                   return CLSS_MakeCommand_SetConfigurationDevice({1, 2}, kJob, b, s, l);
-                 }});
+                 CALL(SetConfigurationDevice({1, 2}, kJob, b, s, l))});
 }
 
 void add_maintenance(std::vector<Command>& all) {
@@ -169,18 +138,13 @@ void add_maintenance(std::vector<Command>& all) {
     all.push_back({file, builder, Kind::kMaintenance, call});
   };
   const auto configure = [](const char* time) {
-    return [=](Buffer b, Size s, Length l) {
-      return CLSS_MakeCommand_SetJobConfiguration_Maintenance(kJob, time, b, s, l);
-    };
+    return CALL(SetJobConfiguration_Maintenance(kJob, time, b, s, l));
   };
   add("SetJobConfiguration_Maintenance", "SetJobConfiguration_Maintenance", configure(nullptr));
   add("SetJobConfiguration_Maintenance_time", "SetJobConfiguration_Maintenance", configure(kTime));
-  add("TestPrint", "TestPrint",
-      [](Buffer b, Size s, Length l) { return CLSS_MakeCommand_TestPrint(kJob, b, s, l); });
-  add("AutoRegistration", "AutoRegistration",
-      [](Buffer b, Size s, Length l) { return CLSS_MakeCommand_AutoRegistration(kJob, b, s, l); });
-  add("Cleaning", "Cleaning",
-      [](Buffer b, Size s, Length l) { return CLSS_MakeCommand_Cleaning(kJob, b, s, l); });
+  add("TestPrint", "TestPrint", CALL(TestPrint(kJob, b, s, l)));
+  add("AutoRegistration", "AutoRegistration", CALL(AutoRegistration(kJob, b, s, l)));
+  add("Cleaning", "Cleaning", CALL(Cleaning(kJob, b, s, l)));
 }
 
 std::vector<Command> list_all() {
