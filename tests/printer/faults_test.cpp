@@ -41,21 +41,13 @@ TEST(FaultLanguage, RefusesWhatItCantRead) {
 
 // ---- What is wrong with the printer
 
-struct TroubleCase {
-  const char* name;
+const struct {
   const char* sentence;
   const char* detail;
-};
-
-class Troubles : public testing::TestWithParam<TroubleCase> {};
-
-INSTANTIATE_TEST_SUITE_P(
-    Faults, Troubles,
-    testing::Values(TroubleCase{"PaperOut", "paper-out at page 2", "MediaEmpty"},
-                    TroubleCase{"CoverOpen", "cover-open at page 2", "DoorOpen"},
-                    TroubleCase{"Jam", "jam after 2 sends", "MediaJam"},
-                    TroubleCase{"InkOut", "ink-out at page 2", "MarkerSupplyAttention"}),
-    [](const auto& test) { return test.param.name; });
+} kTroubles[] = {{"paper-out at page 2", "MediaEmpty"},
+                 {"cover-open at page 2", "DoorOpen"},
+                 {"jam after 2 sends", "MediaJam"},
+                 {"ink-out at page 2", "MarkerSupplyAttention"}};
 
 // One page is printed, the second is received but can't end.
 void run_into_trouble(Dialogue& dialogue, const char* detail) {
@@ -70,22 +62,28 @@ void run_into_trouble(Dialogue& dialogue, const char* detail) {
   EXPECT_EQ(dialogue.outcome_of(end()), "Suspended");
 }
 
-TEST_P(Troubles, StopTheJobUntilItIsCancelled) {
-  Dialogue dialogue("photo", {GetParam().sentence});
-  run_into_trouble(dialogue, GetParam().detail);
-  EXPECT_EQ(dialogue.outcome_of(cancel()), "OK");
-  EXPECT_TRUE(dialogue.printer.is_idle());
-  EXPECT_STREQ(glb_clssdicStatusTbl[dialogue.status().common.status].keyword, "idle");
-  EXPECT_EQ(dialogue.printer.pages().size(), 1U);
+TEST(Troubles, StopTheJobUntilItIsCancelled) {
+  for (const auto& [sentence, detail] : kTroubles) {
+    SCOPED_TRACE(sentence);
+    Dialogue dialogue("photo", {sentence});
+    run_into_trouble(dialogue, detail);
+    EXPECT_EQ(dialogue.outcome_of(cancel()), "OK");
+    EXPECT_TRUE(dialogue.printer.is_idle());
+    EXPECT_STREQ(glb_clssdicStatusTbl[dialogue.status().common.status].keyword, "idle");
+    EXPECT_EQ(dialogue.printer.pages().size(), 1U);
+  }
 }
 
-TEST_P(Troubles, EndWhenAPersonComes) {
-  Dialogue dialogue("photo", {GetParam().sentence});
-  run_into_trouble(dialogue, GetParam().detail);
-  dialogue.printer.attend();
-  EXPECT_STREQ(glb_clssdicStatusTbl[dialogue.status().common.status].keyword, "processing");
-  EXPECT_EQ(dialogue.outcome_of(end()), "OK");
-  EXPECT_EQ(dialogue.printer.pages().size(), 2U);
+TEST(Troubles, EndWhenAPersonComes) {
+  for (const auto& [sentence, detail] : kTroubles) {
+    SCOPED_TRACE(sentence);
+    Dialogue dialogue("photo", {sentence});
+    run_into_trouble(dialogue, detail);
+    dialogue.printer.attend();
+    EXPECT_STREQ(glb_clssdicStatusTbl[dialogue.status().common.status].keyword, "processing");
+    EXPECT_EQ(dialogue.outcome_of(end()), "OK");
+    EXPECT_EQ(dialogue.printer.pages().size(), 2U);
+  }
 }
 
 TEST(Faults, StopTestPrintsToo) {

@@ -79,42 +79,42 @@ struct ColorCase {
   unsigned color_space;
   unsigned sample_bits;
   unsigned pixel_bits;
-  std::string line;  // Of two or three pixels,
+  Bytes line;  // Of two or three pixels,
   unsigned width;
   Bytes expected;  // and what they become: gray when there are as many, else RGB.
 };
 
 const ColorCase kColorCases[] = {
-    {"gray", 18, 8, 8, bytes({0, 100, 255}), 3, {0, 100, 255}},
-    {"luminance", 0, 8, 8, bytes({0, 100, 255}), 3, {0, 100, 255}},
-    {"black", 3, 8, 8, bytes({0, 100, 255}), 3, {255, 155, 0}},
-    {"gray, 1 bit", 18, 1, 1, bytes({0b10100000}), 3, {255, 0, 255}},
-    {"black, 1 bit", 3, 1, 1, bytes({0b10100000}), 3, {0, 255, 0}},
-    {"gray, 2 bits", 18, 2, 2, bytes({0b00011000}), 3, {0, 85, 170}},
-    {"gray, 4 bits", 18, 4, 4, bytes({0x0F, 0x80}), 3, {0, 255, 136}},
-    {"gray, 16 bits", 18, 16, 16, bytes({0x12, 0x34, 0x80, 0, 0xFF, 0xFF}), 3, {18, 128, 255}},
-    {"black, 16 bits", 3, 16, 16, bytes({0x12, 0x34, 0x80, 0, 0xFF, 0xFF}), 3, {237, 127, 0}},
-    {"sRGB", 19, 8, 24, bytes({1, 2, 3, 255, 128, 0}), 2, {1, 2, 3, 255, 128, 0}},
-    {"device RGB", 1, 8, 24, bytes({1, 2, 3, 255, 128, 0}), 2, {1, 2, 3, 255, 128, 0}},
+    {"gray", 18, 8, 8, {0, 100, 255}, 3, {0, 100, 255}},
+    {"luminance", 0, 8, 8, {0, 100, 255}, 3, {0, 100, 255}},
+    {"black", 3, 8, 8, {0, 100, 255}, 3, {255, 155, 0}},
+    {"gray, 1 bit", 18, 1, 1, {0b10100000}, 3, {255, 0, 255}},
+    {"black, 1 bit", 3, 1, 1, {0b10100000}, 3, {0, 255, 0}},
+    {"gray, 2 bits", 18, 2, 2, {0b00011000}, 3, {0, 85, 170}},
+    {"gray, 4 bits", 18, 4, 4, {0x0F, 0x80}, 3, {0, 255, 136}},
+    {"gray, 16 bits", 18, 16, 16, {0x12, 0x34, 0x80, 0, 0xFF, 0xFF}, 3, {18, 128, 255}},
+    {"black, 16 bits", 3, 16, 16, {0x12, 0x34, 0x80, 0, 0xFF, 0xFF}, 3, {237, 127, 0}},
+    {"sRGB", 19, 8, 24, {1, 2, 3, 255, 128, 0}, 2, {1, 2, 3, 255, 128, 0}},
+    {"device RGB", 1, 8, 24, {1, 2, 3, 255, 128, 0}, 2, {1, 2, 3, 255, 128, 0}},
     {"sRGB, 16 bits",
      19,
      16,
      48,
-     bytes({0x12, 0x34, 0, 0, 0xFF, 0xFF, 1, 2, 0x30, 0, 9, 9}),
+     {0x12, 0x34, 0, 0, 0xFF, 0xFF, 1, 2, 0x30, 0, 9, 9},
      2,
      {18, 0, 255, 1, 48, 9}},
     {"sRGB, 1 bit: a pixel's four bits begin with one that is not used",
      19,
      1,
      4,
-     bytes({0b0100'0011, 0b1001'0000}),
+     {0b0100'0011, 0b1001'0000},
      3,
      {255, 0, 0, 0, 255, 255, 0, 0, 255}},
     {"sRGB, 2 bits: a pixel's byte begins with two that are not used",
      19,
      2,
      8,
-     bytes({0b00'11'01'10, 0b00'00'11'00}),
+     {0b00'11'01'10, 0b00'00'11'00},
      2,
      {255, 85, 170, 0, 255, 0}},
     // By way of both spaces' XYZ matrices, rounded.
@@ -122,26 +122,26 @@ const ColorCase kColorCases[] = {
      20,
      8,
      24,
-     bytes({200, 100, 50, 40, 120, 220, 180, 170, 90}),
+     {200, 100, 50, 40, 120, 220, 180, 170, 90},
      3,
      {227, 100, 42, 0, 121, 224, 185, 172, 84}},
     {"Adobe RGB, white and gray",
      20,
      8,
      24,
-     bytes({255, 255, 255, 128, 128, 128}),
+     {255, 255, 255, 128, 128, 128},
      2,
      {255, 255, 255, 129, 129, 129}},
-    {"CMY", 4, 8, 24, bytes({255, 0, 0, 10, 20, 30}), 2, {0, 255, 255, 245, 235, 225}},
-    {"CMYK", 6, 8, 32, bytes({255, 0, 0, 0, 0, 0, 100, 128}), 2, {0, 255, 255, 127, 127, 77}},
+    {"CMY", 4, 8, 24, {255, 0, 0, 10, 20, 30}, 2, {0, 255, 255, 245, 235, 225}},
+    {"CMYK", 6, 8, 32, {255, 0, 0, 0, 0, 0, 100, 128}, 2, {0, 255, 255, 127, 127, 77}},
     {"CMYK, 16 bits",
      6,
      16,
      64,
-     bytes({0xFF, 0xFF, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 100, 100, 128, 128}),
+     {0xFF, 0xFF, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 100, 100, 128, 128},
      2,
      {0, 255, 255, 127, 127, 77}},
-    {"CMYK, 1 bit", 6, 1, 4, bytes({0b1000'0011}), 2, {0, 255, 255, 0, 0, 0}},
+    {"CMYK, 1 bit", 6, 1, 4, {0b1000'0011}, 2, {0, 255, 255, 0, 0, 0}},
 };
 
 TEST_F(PageRenderer, EveryKindOfPixelBecomesGrayOrRgb) {
@@ -155,7 +155,7 @@ TEST_F(PageRenderer, EveryKindOfPixelBecomesGrayOrRgb) {
       raster.pixel_bits = row.pixel_bits;
       raster.bytes_per_line = static_cast<unsigned>(row.line.size());
       raster.color_space = row.color_space;
-      raster.lines = {std::string(row.line.size(), '\0'), row.line};
+      raster.lines = {std::string(row.line.size(), '\0'), {row.line.begin(), row.line.end()}};
       const Rendering rendering = render(make_raster({raster}, form));
       ASSERT_EQ(rendering.error, "");
       const Picture picture = read_png(page(0));
