@@ -87,18 +87,13 @@ TEST(HttpChannel, TellsFailuresApart) {
     Answer answer;
     Fault fault;
   };
+  using Kind = Answer::Kind;
   const Row rows[] = {
-      {"no answer", {.kind = Answer::Kind::kNoAnswer, .bytes = ""}, Fault::kUnreachable},
-      {"drip",
-       {.kind = Answer::Kind::kDrip, .bytes = std::string(100000, 'x'), .interval = 20ms},
-       Fault::kUnreachable},
-      {"closed", {.kind = Answer::Kind::kClose, .bytes = ""}, Fault::kUnreachable},
-      {"closed in the reply",
-       {.kind = Answer::Kind::kClose, .bytes = "<cmd>"},
-       Fault::kUnreachable},
-      {"HTTP status",
-       {.kind = Answer::Kind::kReply, .bytes = "no", .bad_request = true},
-       Fault::kBadReply},
+      {"no answer", {Kind::kNoAnswer, ""}, Fault::kUnreachable},
+      {"drip", {Kind::kDrip, std::string(100000, 'x'), 20ms}, Fault::kUnreachable},
+      {"closed", {Kind::kClose, ""}, Fault::kUnreachable},
+      {"closed in the reply", {Kind::kClose, "<cmd>"}, Fault::kUnreachable},
+      {"HTTP status", {Kind::kReply, "no", {}, true}, Fault::kBadReply},
   };
   for (const Row& row : rows) {
     SCOPED_TRACE(row.name);

@@ -161,20 +161,12 @@ TEST(Writer, ManyRecords) {
 }
 
 TEST(Writer, RefusesRangesThatCannotBe) {
+  constexpr std::uint64_t kHuge = ~std::uint64_t{0};
   const struct {
-    std::uint64_t offset;
-    std::uint64_t length;
+    std::uint64_t offset, length;
     int status;
-  } kRows[] = {{9, 40, 1},
-               {~std::uint64_t{0}, 1, 1},
-               {9, ~std::uint64_t{0}, 1},
-               {15, 3, 1},
-               {28, 0, -103},
-               {29, 0, -103},
-               {30, 0, -103},
-               {27, 0, -103},
-               {26, 0, -103},
-               {12, 0, -103}};
+  } kRows[] = {{9, 40, 1},    {kHuge, 1, 1}, {9, kHuge, 1}, {15, 3, 1},    {28, 0, -103},
+               {29, 0, -103}, {30, 0, -103}, {27, 0, -103}, {26, 0, -103}, {12, 0, -103}};
   for (const auto& row : kRows) {
     Job job("<cmd><a>xyz</a></cmd> ", {{"cmd/a", "value"}, {"cmd/b", "value"}});
     std::string output(64, '#');
