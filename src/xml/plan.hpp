@@ -134,15 +134,17 @@ inline u32 hash_readable(const char* bytes, u32 length) {
   return mix_hash(value, value, length);
 }
 
-// The kind of a key stands in its lowest bits: whatever the hashes are, a tag that is looked up by its
-// attribute's name and by the value does not find one node twice. There is room for each node once.
-enum KeyClass : u32 { kPlainKey = 0, kNamedKey = 1, kValuedKey = 2 };
+// The kind of a key stands in its highest bits: whatever the hashes are, a tag that is looked up by
+// its attribute's name and by the value does not find one node twice. There is room for each node
+// once. Below that, the children of many parents stand side by side.
+enum KeyClass : u32 { kPlainKey = 0, kNamedKey = u32{1} << 30, kValuedKey = u32{2} << 30 };
+inline constexpr u32 kHashBits = (u32{1} << 30) - 1;
 
 constexpr u32 element_key(u32 parent, u32 nameHash, KeyClass keyClass) {
-  return (nameHash + parent * 0x9E3779B1u) << 2 | keyClass;
+  return ((nameHash + parent * 0x9E3779B1u) & kHashBits) | keyClass;
 }
 constexpr u32 valued_key(u32 elementKey, u32 valueHash) {
-  return (elementKey * 0x85EBCA6Bu + valueHash) << 2 | kValuedKey;
+  return ((elementKey * 0x85EBCA6Bu + valueHash) & kHashBits) | kValuedKey;
 }
 constexpr u32 bucket_of(u32 key, u32 bucketMask) {
   return (key ^ key >> 16) & bucketMask;
