@@ -221,7 +221,8 @@ constexpr std::string_view kDeclarations[2][2] = {
     {PXCL_ZIRK, PXCL_ZIRK PXCL_TOLM},
     {PXCL_ZIRK PXCL_VRX, PXCL_ZIRK PXCL_VRX PXCL_TOLM},
 };
-static_assert(kDeclarations[1][1].size() <= 2047, "the build's host for the namespaces is too long");
+static_assert(kDeclarations[1][1].size() <= 2047,
+              "the build's host for the namespaces is too long");
 
 std::string_view declare(const NameSpaces& chosen) {
   const auto is_chosen = [&](u16 index) { return chosen.size == index || chosen.media == index; };

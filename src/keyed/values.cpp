@@ -145,8 +145,7 @@ DicMatch look_up(std::span<const ClssDicRow> dictionary, std::string_view text) 
     if (match.index != kUnknownIndex) return match;
   }
   char buffer[kShortWord];
-  const std::string_view word =
-      is_whole_value(text) ? text : copy_short_word(text, buffer);
+  const std::string_view word = is_whole_value(text) ? text : copy_short_word(text, buffer);
   if (word.data() == nullptr) {
     return find_row(dictionary,
                     [&](const char* keyword) { return is_same_long_word(keyword, text); });
