@@ -20,7 +20,7 @@
 namespace pxcl::xml {
 
 inline constexpr u32 kLane = 16;   // bytes that one lane mask covers
-inline constexpr u32 kBlock = 64;  // bytes that one tag mask covers
+inline constexpr u32 kBlock = 64;  // bytes that the masks of a tag or an element cover at most
 
 // Where a name's prefix ends, and the bytes at which a name ends or is irregular: up to the blank,
 // double quotes and "/".

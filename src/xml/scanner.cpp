@@ -511,7 +511,7 @@ inline i32 enter(Scan& scan, Cursor& cursor, u32 begin, bool taken) {
   return status == kSuccess && scan.standing != 0 ? kUnusual : status;
 }
 
-// Opens an element that no path leads through.
+// Opens an element that no path leads through. Always true, as open_plain() mostly is.
 inline bool open_unasked(Scan& scan, const Cursor& cursor, u32 length) {
   cursor.top[1] = {cursor.at + 1, length, scan.aliveTop, scan.generation, 0};
   ++scan.depth;
