@@ -164,7 +164,8 @@ bool reserve_notes(Scan& scan) {
 i32 open_irregular(Scan& scan, u32 offset) {
   if (!reserve_notes(scan)) return kNoMemory;
   scan.open.size = scan.depth;
-  if (!scan.open.push({offset, 0, scan.aliveTop, kNoGeneration, kIrregular})) return kNoMemory;
+  if (!scan.open.push({offset, 0, scan.aliveTop, kNoGeneration, kIrregular, kUnsettled}))
+    return kNoMemory;
   ++scan.depth;
   scan.growing = {};
   scan.growing.parsedTo = offset;

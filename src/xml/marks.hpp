@@ -49,7 +49,7 @@ struct TagMarks {
 };
 
 // tag_lane: "<" and ">". value_lane: what a usual value does not hold, double quotes, colons
-// and NUL bytes.
+// and NUL bytes. end_lane: these, white space, control bytes, "<" and ">".
 
 #if defined(__SSE2__)
 
@@ -88,6 +88,22 @@ inline u32 value_lane(const char* bytes) {
   const __m128i lane = load_lane(bytes);
   const __m128i quoteOrColon = _mm_or_si128(lane_equal(lane, '"'), lane_equal(lane, ':'));
   return lane_bits(_mm_or_si128(quoteOrColon, lane_equal(lane, '\0')));
+}
+
+// ":" and ">" differ in one bit.
+inline u32 end_lane(const char* bytes) {
+  const __m128i lane = load_lane(bytes);
+  const __m128i blank = _mm_cmpeq_epi8(_mm_min_epu8(lane, _mm_set1_epi8(' ')), lane);
+  const __m128i colon = lane_equal(_mm_or_si128(lane, _mm_set1_epi8(':' ^ '>')), '>');
+  const __m128i quoteOrTag = _mm_or_si128(lane_equal(lane, '"'), lane_equal(lane, '<'));
+  return lane_bits(_mm_or_si128(_mm_or_si128(blank, colon), quoteOrTag));
+}
+
+// Whether the lanes at both begins and those `second` bytes behind them are the same.
+inline bool same_two_lanes(const char* a, const char* b, u32 second) {
+  const __m128i first = _mm_cmpeq_epi8(load_lane(a), load_lane(b));
+  const __m128i other = _mm_cmpeq_epi8(load_lane(a + second), load_lane(b + second));
+  return lane_bits(_mm_and_si128(first, other)) == 0xFFFF;
 }
 
 inline ElementMarks element_lane(const char* bytes) {
@@ -195,6 +211,33 @@ inline u32 same_lane(const char* a, const char* b) {
 }
 
 #endif
+
+// Whether `length` bytes are the same; at least a lane of them is readable.
+inline bool same_bytes(const char* a, const char* b, u32 length) {
+  if (length < kLane) return (~same_lane(a, b) & ((u32{1} << length) - 1)) == 0;
+  for (; length > 4 * kLane; length -= 2 * kLane) {
+    if (!same_two_lanes(a, b, kLane)) return false;
+    a += 2 * kLane;
+    b += 2 * kLane;
+  }
+  const u32 last = length - kLane;
+  if (length <= 2 * kLane) return same_two_lanes(a, b, last);
+  return same_two_lanes(a, b, kLane) && same_two_lanes(a + last - kLane, b + last - kLane, kLane);
+}
+
+// The length of a usual value without white space that ends with a double quote and ">", 2 * kLane
+// bytes at most; 0 for others.
+inline u32 plain_value_length(const char* value) {
+  u32 at = 0;
+  u32 marks = end_lane(value);
+  if (marks == 0) {
+    at = kLane;
+    marks = end_lane(value + kLane);
+    if (marks == 0) return 0;
+  }
+  at += static_cast<u32>(std::countr_zero(marks));
+  return std::memcmp(value + at, "\">", 2) == 0 ? at : 0;
+}
 
 // The first `count` bits of a lane's mask.
 inline constexpr u32 first_bits(u32 count) {

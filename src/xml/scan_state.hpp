@@ -12,6 +12,7 @@
 #include "xml/plan.hpp"
 #include "xml/scan.hpp"
 #include "xml/scanner.hpp"
+#include "xml/shapes.hpp"
 
 namespace pxcl::xml {
 
@@ -34,6 +35,7 @@ struct OpenElement {
   u32 aliveBegin;  // its nodes: alive[aliveBegin] up to the next element's
   u16 generation;  // declared namespaces when its name was read
   u16 flags;
+  u32 shape;  // the number of its tag's shape
 };
 
 // An attribute of the start tag at hand. `prefix` and `valuePrefix` are the table's, where they
@@ -76,15 +78,6 @@ struct KnownPrefix {
   u64 mask = 0;
   u64 word = ~u64{0};  // no name has that under this mask
   u32 length = 0;
-};
-
-// The tag with an attribute that was met last below a node, and the one node that every tag matches
-// there which begins as it does.
-struct Repeated {
-  u32 parent = kNone;
-  u32 offset = 0;  // of its name
-  u32 length = 0;  // up to the value
-  u32 node = kNone;
 };
 
 // How far the text of the innermost irregular element was taken apart. While it holds an odd number
@@ -133,7 +126,6 @@ struct Scan {
   DeclaredPrefix declared[kNamespaceCount];  // in the order of the table
   u32 declaredCount = 0;
   KnownPrefix known[2] = {};  // these two are forgotten when a namespace is declared
-  Repeated repeated = {};
   u16 generation = 0;         // counts declared namespaces
   u16 standing = 0;           // flags that every open element has
   bool quotedPrefix = false;  // a declared prefix begins with a double quote
@@ -148,6 +140,9 @@ struct Scan {
   GrowingArray<CurrentAttribute, 8> attributes = {};
   GrowingArray<u32, 1> attributeBuckets = {};  // of more than kFewAttributes of them
   GrowingArray<char, 256> path = {};           // text of the irregular elements
+  Shapes shapes = {};
+  Shape* lastShape = nullptr;  // behind which the stretch at hand begins; null: there is none
+  Stretch stretch;
   Owned<u32> candidateOf = {};  // by node: the irregular element (its number) that has its name
   // By requested attribute: the irregular element that has this attribute; 0 for none yet.
   Owned<u32> satisfiedBy = {};
@@ -270,14 +265,23 @@ inline bool is_asked_for(const Scan& scan) {
   return scan.depth == 0 || (scan.open[scan.depth - 1].flags & kElementTargets) != 0;
 }
 
+inline void append_range(Finding& finding, u32 offset, u32 length, i32 status) {
+  static_cast<ClXmlValueRange*>(finding.list)[finding.count] = {offset, length};
+  const u32 hasValue = status == kFound ? kHasValue : 0;
+  const u32 hasRange = length != 0 ? kHasRange : 0;
+  finding.flags = static_cast<u8>(finding.flags | hasValue | hasRange);
+}
+
 // Keeps what a target wants beside its first match; false when memory is short.
 bool collect(Scan& scan, u32 number, u32 offset, u32 length, i32 status);
 
 // Notes a match of a target; false when memory is short.
 inline bool record(Scan& scan, u32 number, u32 offset, u32 length, i32 status) {
   Finding& finding = scan.findings[number];
-  if (scan.plan.targets[number].collect != Collect::kFirst &&
-      !collect(scan, number, offset, length, status)) {
+  const Collect wanted = scan.plan.targets[number].collect;
+  if (wanted == Collect::kRanges && finding.count < finding.capacity) {
+    append_range(finding, offset, length, status);
+  } else if (wanted != Collect::kFirst && !collect(scan, number, offset, length, status)) {
     return false;
   }
   if (finding.count == 0) {
@@ -299,8 +303,8 @@ inline bool visit_list(const Scan& scan, u32 first, const Visit& visit) {
 }
 
 // The text of an element that was not opened: it matches `node`.
-inline bool on_leaf(Scan& scan, u32 node, u32 offset, u32 length) {
-  return visit_list(scan, scan.plan.nodes[node].elementTargets,
+inline bool on_leaf(Scan& scan, const Node& node, u32 offset, u32 length) {
+  return visit_list(scan, node.elementTargets,
                     [&](u32 target) { return record(scan, target, offset, length, kFound); });
 }
 
@@ -364,6 +368,7 @@ inline bool add_alive(Scan& scan, u32 node) {
 inline void clear_alive(Scan& scan) {
   OpenElement& top = scan.open[scan.depth - 1];
   scan.aliveTop = top.aliveBegin;
+  top.shape = kUnsettled;
   if (scan.below.size != 0) leave_below(scan);
   top.flags = static_cast<u16>((top.flags & ~kOfElement) | scan.standing);
   if ((top.flags & kTrailing) != 0) top.flags |= kElementTargets;

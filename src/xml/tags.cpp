@@ -61,7 +61,7 @@ i32 push_regular(Scan& scan, const StartTag& tag, u16 generation) {
   }
   // Only the slow look at an end tag may close the root.
   const u16 known = scan.depth == 0 ? kNoGeneration : generation;
-  scan.open[scan.depth++] = {offset, length, scan.aliveTop, known, scan.standing};
+  scan.open[scan.depth++] = {offset, length, scan.aliveTop, known, scan.standing, kUnsettled};
   return match_regular(scan, tag);
 }
 
@@ -77,7 +77,7 @@ struct AttributeReading {
 void list_declared(Scan& scan) {
   scan.declaredCount = 0;
   scan.known[0] = scan.known[1] = {};
-  scan.repeated = {};
+  scan.shapes.forget();
   for (u32 row = 0; row < kNamespaceCount; ++row) {
     if (scan.declaredAt[row] == 0) continue;
     const ClXmlNameSpaceEntry& entry = scan.table[row];

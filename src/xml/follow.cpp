@@ -1,0 +1,288 @@
+// SPDX-FileCopyrightText: 2026 The pxcl developers
+// SPDX-License-Identifier: Apache-2.0
+
+#include "xml/follow.hpp"
+
+namespace pxcl::xml {
+namespace {
+
+// --- Learning ------------------------------------------------------------------------------------
+
+// What `element`, the innermost one, is among the shapes; kNoShape: it is not for them.
+inline u32 settled_shape(Scan& scan, OpenElement& element) {
+  if (element.shape == kUnsettled) {
+    const u32 count = scan.aliveTop - element.aliveBegin;
+    element.shape = count <= 1 ? scan.shapes.keep_other() : kNoShape;
+  }
+  return element.shape;
+}
+
+// The stretch at hand ends with the tag of the shape `next`, whose text or value begins at `end`.
+inline void end_stretch(Scan& scan, Shape& next, u32 end) {
+  Stretch& stretch = scan.stretch;
+  const u32 length = end - stretch.begin;
+  const u64 reach = u64{length} + kValueReach;
+  if (length > kLongestStretch || reach >= scan.document.size()) return;
+  stretch.length = length;
+  stretch.limit = static_cast<u32>(scan.document.size() - reach);
+  stretch.next = &next;
+  scan.lastShape->follower = stretch;
+}
+
+// An element that is neither leaf nor has an attribute is opened within the stretch at hand.
+inline void open_in_stretch(Scan& scan, const Shape& shape, u32 offset) {
+  Stretch& stretch = scan.stretch;
+  if (stretch.opened == Stretch::kMostOpened) {
+    scan.lastShape = nullptr;
+  } else {
+    stretch.names[stretch.opened] = offset - stretch.begin;
+    stretch.shapes[stretch.opened++] = &shape;
+  }
+}
+
+// Notes what comes of a tag with a new shape below `parent`.
+inline void describe(Scan& scan, const OpenElement& parent, const Tag& tag, u32 node,
+                     Shape& shape) {
+  shape.node = node;
+  shape.flags = node == kNone ? u16{0} : static_cast<u16>(scan.plan.nodes[node].flags & kOfElement);
+  shape.hasValue = tag.has_attribute();
+  shape.byValue = shape.hasValue && (parent.flags & kValuedChildren) != 0;
+  if (shape.byValue) shape.name = read_name(scan, tag.text, tag.nameLength);
+}
+
+// --- Following -----------------------------------------------------------------------------------
+
+// A tag at the end of a stretch.
+struct FollowingTag {
+  u32 value;        // where its value begins, or what follows the tag
+  u32 valueLength;  // 0 without an attribute
+  u32 inside;       // behind the tag
+  u32 close;        // where a leaf's text ends, for all that is known
+};
+
+// Where a scan that follows shapes stands: behind the start tag of `shape`, or at the end of its
+// text, when it is not certain yet that this is a leaf.
+struct Follower {
+  Shape* shape;
+  OpenElement* top;
+  u32 at;
+  u32 aliveTop;
+  bool isPending;  // a leaf whose end tag was not read
+  FollowingTag tag;
+};
+
+// Reads the tag of this shape whose text or value begins at tag.value; false when it is not usual,
+// or not a leaf where the shape is one.
+inline bool read_following(const Cursor& cursor, const Shape& shape, FollowingTag& tag) {
+  const char* text = cursor.text;
+  tag.valueLength = 0;
+  tag.inside = tag.value;
+  if (shape.hasValue) {
+    tag.valueLength = plain_value_length(text + tag.value);
+    if (tag.valueLength == 0) return false;
+    tag.inside += tag.valueLength + 2;
+  }
+  tag.close = tag.inside;
+  const bool isBlank = static_cast<u8>(text[tag.inside]) <= ' ';
+  if (!shape.key.isLeaf) return isBlank || text[tag.inside] == '<';
+  if (isBlank) return false;
+  const u32 marks = tag_lane(text + tag.inside);
+  tag.close = marks != 0 ? tag.inside + lowest(marks) : find_tag_mark(cursor, tag.inside + kLane);
+  return tag.close != kNone && tag.close != tag.inside;
+}
+
+inline Tag as_tag(const Cursor& cursor, const Shape& shape, const FollowingTag& following) {
+  Tag tag;
+  tag.offset = following.value - shape.key.length;
+  tag.text = cursor.text + tag.offset;
+  tag.nameLength = shape.key.nameLength;
+  tag.valueBegin = shape.hasValue ? shape.key.length : 0;
+  tag.valueEnd = tag.valueBegin + following.valueLength;
+  tag.length = following.inside - tag.offset;
+  return tag;
+}
+
+// Gives what the tag holds to the targets of a node that it matches.
+inline bool serve(Scan& scan, const Cursor& cursor, const Shape& shape, const FollowingTag& tag,
+                  u32 number) {
+  const Node& node = scan.plan.nodes[number];
+  if ((node.flags & kEachValue) != 0) note_plain_key(scan, node, as_tag(cursor, shape, tag));
+  if ((node.flags & kAttributeTargets) != 0 &&
+      !store_attribute(scan, as_tag(cursor, shape, tag), node)) {
+    return false;
+  }
+  if (!shape.key.isLeaf || (node.flags & kElementTargets) == 0) return true;
+  u32 close = tag.close;
+  while (is_space(cursor.text[close - 1])) --close;
+  return on_leaf(scan, node, tag.inside, close - tag.inside);
+}
+
+// Appends the nodes that the tag below `parent` matches by its value.
+inline u32* append_by_value(Scan& scan, const Cursor& cursor, const Shape& shape,
+                            const FollowingTag& following, u32 parent, u32* out) {
+  return append_valued(scan, as_tag(cursor, shape, following), shape.name, parent, out);
+}
+
+inline bool serve_leaf(Scan& scan, const Cursor& cursor, const Shape& shape,
+                       const FollowingTag& tag, u32 aliveTop) {
+  ++scan.serial;
+  if (shape.byValue) {
+    u32* node = scan.alive.begin() + aliveTop;
+    u32* const end = append_by_value(scan, cursor, shape, tag, node[-1], node);
+    for (; node != end; ++node) {
+      if (!serve(scan, cursor, shape, tag, *node)) return false;
+    }
+  }
+  return shape.node == kNone || serve(scan, cursor, shape, tag, shape.node);
+}
+
+inline void open_followed(Scan& scan, Follower& follower, const Shape& shape, u32 offset) {
+  ++scan.serial;
+  *++follower.top = {offset,          shape.key.nameLength, follower.aliveTop,
+                     scan.generation, shape.flags,          shape.number};
+  if (shape.node != kNone) scan.alive[follower.aliveTop++] = shape.node;
+}
+
+// Closes and opens what `stretch`, which begins here, does.
+inline void pass_stretch(Scan& scan, Follower& follower, const Stretch& stretch) {
+  if (stretch.closed != 0) {
+    follower.top -= stretch.closed;
+    follower.aliveTop = follower.top[1].aliveBegin;
+  }
+  for (u32 i = 0; i < stretch.opened; ++i) {
+    open_followed(scan, follower, *stretch.shapes[i], follower.at + stretch.names[i]);
+  }
+}
+
+// Hands over to those who take tag by tag.
+inline i32 stop_following(Scan& scan, Cursor& cursor, const Follower& follower, bool taken) {
+  scan.depth += static_cast<u32>(follower.top - cursor.top);
+  scan.aliveTop = follower.aliveTop;
+  cursor.top = follower.top;
+  return pass(scan, cursor, follower.at, taken);
+}
+
+// Goes back to the tag's "<": it is not what its shape is.
+inline i32 stop_at_tag(Scan& scan, Cursor& cursor, Follower follower) {
+  follower.at = follower.tag.value - follower.shape->key.length - 1;
+  scan.lastShape = nullptr;
+  return stop_following(scan, cursor, follower, true);
+}
+
+// What follows is not what followed before.
+inline i32 stop_behind_tag(Scan& scan, Cursor& cursor, Follower follower) {
+  const ShapeKey& key = follower.shape->key;
+  bool taken = true;
+  const u32 stretchBegin = follower.at;
+  if (follower.isPending) {
+    const char* name = cursor.text + follower.tag.value - key.length;
+    if (find_leaf_end(cursor, name, key.nameLength, follower.tag.inside) == 0) {
+      return stop_at_tag(scan, cursor, follower);
+    }
+    taken = serve_leaf(scan, cursor, *follower.shape, follower.tag, follower.aliveTop);
+    follower.at += key.nameLength + 3;  // the end tag: "</name>"
+  }
+  begin_stretch(scan, stretchBegin, follower.shape);
+  return stop_following(scan, cursor, follower, taken);
+}
+
+// An element that matches nodes by its value, up to `end`, is opened, and no longer followed: what
+// its children match depends on that value.
+inline i32 stop_at_value(Scan& scan, Cursor& cursor, const Follower& follower, u32* end) {
+  const Shape& shape = *follower.shape;
+  const Tag tag = as_tag(cursor, shape, follower.tag);
+  if (shape.node != kNone) {
+    const Node& node = scan.plan.nodes[shape.node];
+    if ((node.flags & kEachValue) != 0) note_plain_key(scan, node, tag);
+    *end++ = shape.node;
+  }
+  stop_following(scan, cursor, follower, true);
+  scan.lastShape = nullptr;
+  ++scan.serial;
+  ++cursor.top;
+  return pass(scan, cursor, follower.tag.inside,
+              open_usual(scan, *cursor.top, tag, end, kUnsettled));
+}
+
+// Why a scan no longer follows shapes.
+enum class Stop : u8 { kNowhere, kBehindTag, kAtTag, kAtValue, kNoMemory };
+
+// Takes what follows `follower.shape` as long as it is what followed such a one before. `end`: of
+// the nodes that the last element matches by its value.
+inline Stop follow_all(Scan& scan, const Cursor& cursor, Follower& follower, u32*& end) {
+  Stop stop = Stop::kNowhere;
+  for (;;) {
+    const Stretch& stretch = follower.shape->follower;
+    if (follower.at >= stretch.limit ||
+        !same_bytes(cursor.text + stretch.begin, cursor.text + follower.at, stretch.length)) {
+      return stop;
+    }
+    stop = Stop::kBehindTag;
+    if (follower.isPending &&
+        !serve_leaf(scan, cursor, *follower.shape, follower.tag, follower.aliveTop)) {
+      return Stop::kNoMemory;
+    }
+    pass_stretch(scan, follower, stretch);
+    follower.tag.value = follower.at + stretch.length;
+    Shape& shape = *stretch.next;
+    follower.shape = &shape;
+    if (!read_following(cursor, shape, follower.tag)) return Stop::kAtTag;
+    follower.isPending = shape.key.isLeaf;
+    follower.at = follower.tag.close;
+    if (shape.key.isLeaf) continue;
+    if (shape.byValue) {
+      u32* const begin = scan.alive.begin() + follower.aliveTop;
+      end = append_by_value(scan, cursor, shape, follower.tag, begin[-1], begin);
+      if (begin != end) return Stop::kAtValue;
+    }
+    open_followed(scan, follower, shape, follower.tag.value - shape.key.length);
+    if (shape.node != kNone && !serve(scan, cursor, shape, follower.tag, shape.node)) {
+      return Stop::kNoMemory;
+    }
+  }
+}
+
+}  // namespace
+
+Learned learn(Scan& scan, OpenElement& parent, const Tag& tag, bool isLeaf, Matched matched) {
+  const u32 first = scan.shapes.first_number();
+  const u32 around = settled_shape(scan, parent);
+  const u32 node = matched.named == matched.end ? kNone : *matched.named;
+  if (around == kNoShape || matched.end - matched.named > 1 ||
+      tag.shapeLength() > kLongestStretch ||
+      (node != kNone && scan.plan.nodes[node].belowTargets != kNone)) {
+    scan.lastShape = nullptr;
+    return {kNoShape, nullptr};
+  }
+  bool isNew;
+  Shape& shape = scan.shapes.place(
+      scan.document.data(), {tag.offset, tag.shapeLength(), tag.nameLength, around, isLeaf}, isNew);
+  if (isNew) describe(scan, parent, tag, node, shape);
+  if (scan.shapes.first_number() != first) scan.lastShape = nullptr;
+  const bool isStation = isLeaf || shape.hasValue;
+  if (scan.lastShape != nullptr) {
+    if (isStation) {
+      end_stretch(scan, shape, tag.offset + tag.shapeLength());
+    } else {
+      open_in_stretch(scan, shape, tag.offset);
+    }
+  }
+  if (!isStation) return {shape.number, nullptr};
+  scan.lastShape = nullptr;
+  const bool byValue = !isLeaf && matched.named != scan.alive.begin() + scan.aliveTop;
+  return byValue ? Learned{kUnsettled, nullptr} : Learned{shape.number, &shape};
+}
+
+i32 follow(Scan& scan, Cursor& cursor, Shape& first, u32 at) {
+  Follower follower = {&first, cursor.top, at, scan.aliveTop, false, {}};
+  u32* end = nullptr;
+  const Stop stop = follow_all(scan, cursor, follower, end);
+  if (stop == Stop::kBehindTag) return stop_behind_tag(scan, cursor, follower);
+  if (stop == Stop::kAtTag) return stop_at_tag(scan, cursor, follower);
+  if (stop == Stop::kAtValue) return stop_at_value(scan, cursor, follower, end);
+  if (stop == Stop::kNoMemory) return stop_following(scan, cursor, follower, false);
+  begin_stretch(scan, at, &first);
+  return kSuccess;
+}
+
+}  // namespace pxcl::xml
