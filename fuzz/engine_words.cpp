@@ -12,8 +12,9 @@
 namespace {
 
 // kAttribute also stands for anything else in a tag that is open; every other word ends the tag, as
-// far as it writes. kAgain repeats the element that was closed last, kMore lengthens the last path.
-enum Kind { kOpen, kDeclare, kAttribute, kText, kClose, kAgain, kAsk, kMore };
+// far as it writes. kAgain repeats the element that was closed last, kAlike with other values; kMore
+// lengthens the last path.
+enum Kind { kOpen, kDeclare, kAttribute, kText, kClose, kAgain, kAlike, kAsk, kMore };
 
 struct Word {
   Kind kind;
@@ -44,7 +45,8 @@ const Word kWords[] = {
   {kText, "a longer text, 1/2 \"of\" a line's length"}, {kText, "<!-- x -->"}, {kText, "<!-- <b> -->"},
   {kText, "<![CDATA[x]]>"}, {kText, "<![CDATA[]]>"}, {kText, "<![CDATA[</b>]]>"}, {kText, "<!b>"},
   {kText, "<?b k?>"}, {kText, "<"}, {kText, "</b>"},
-  {kClose, ""}, {kClose, ""}, {kClose, ""}, {kClose, " "}, {kClose, "/"}, {kAgain, ""}, {kAgain, ""}, {kAgain, ""},
+  {kClose, ""}, {kClose, ""}, {kClose, ""}, {kClose, " "}, {kClose, "/"}, {kAgain, ""}, {kAgain, ""}, {kAlike, "w"},
+  {kAlike, "a value that has thirty-two and more bytes"}, {kAlike, "ikw:x"}, {kAlike, ""},
   {kAsk, ""}, {kAsk, ""}, {kAsk, "="}, {kAsk, " "}, {kMore, " k"}, {kMore, " k=\"v\""}, {kMore, " l=\"w\""},
   {kMore, " zirk:k"}, {kMore, "/"}, {kMore, "/b"}, {kMore, "/zirk:b"}, {kMore, "/zirk:item_of_many k"},
   {kMore, "  l"}, {kMore, "x"}, {kMore, " ="}, {kMore, "\""},
@@ -88,6 +90,17 @@ struct Writer {
     if (!word.empty()) paths.back() = paths.back().substr(0, paths.back().find(word, begin));
   }
 
+  // The element that was closed last, with this in place of each "v" and "t".
+  void repeat_with(const std::string& value) {
+    for (const char byte : last) {
+      if (byte == 'v' || byte == 't') {
+        document += value;
+      } else {
+        document += byte;
+      }
+    }
+  }
+
   // A row of clNsTable, the one behind them for a foreign URI: without a colon, as plain values are.
   // Beyond no declaration.
   void declare(const std::string& name, int row) {
@@ -98,13 +111,14 @@ struct Writer {
 
   void take(const Word& word) {
     constexpr std::size_t kMostRepeated = 256;
-    if (word.kind == kText || word.kind == kAgain) end_tag();
+    if (word.kind == kText || word.kind == kAgain || word.kind == kAlike) end_tag();
     if (word.kind == kText || word.kind == kAttribute) document += word.text;
     if (word.kind == kAttribute && inTag) elements.back().asked += word.asked;
     if (word.kind == kOpen) open(word);
     if (word.kind == kDeclare) declare(word.text, *word.asked - '0');
     if (word.kind == kClose && elements.size() > 1) close(word.text);
     if (word.kind == kAgain && last.size() < kMostRepeated) document += last;
+    if (word.kind == kAlike && last.size() < kMostRepeated) repeat_with(word.text);
     if (word.kind == kAsk) ask(word.text);
     if (word.kind == kMore && !paths.empty()) paths.back() += word.text;
   }
@@ -118,6 +132,7 @@ struct Writer {
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+  constexpr std::size_t kPadding = 1100;  // with it the document may repeat itself
   if (size < 2) return 0;
   Writer writer;
   writer.declare("xmlns:p", data[1] / 8 % 8);
@@ -125,7 +140,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   for (std::size_t i = 2; i < size; ++i) writer.take(kWords[data[i] % std::size(kWords)]);
   if (writer.paths.empty()) writer.ask("");
   while (!writer.elements.empty()) writer.close("");
-  if (data[0] % 2 == 1) writer.document.append(90, ' ');
+  if (data[0] % 2 == 1) writer.document.append(kPadding, ' ');
   const std::uint32_t flags = data[0] < 32 ? CL_XML_COM_FLAG : 0;
   pxcl_test::require_agreement({flags, writer.paths, 0, writer.document});
   return 0;

@@ -198,10 +198,7 @@ inline i32 stop_at_value(Scan& scan, Cursor& cursor, const Follower& follower, u
   }
   stop_following(scan, cursor, follower, true);
   scan.lastShape = nullptr;
-  ++scan.serial;
-  ++cursor.top;
-  return pass(scan, cursor, follower.tag.inside,
-              open_usual(scan, *cursor.top, tag, end, kUnsettled));
+  return enter(scan, cursor, tag, end, kUnsettled);
 }
 
 // Why a scan no longer follows shapes.

@@ -50,6 +50,7 @@ struct TagMarks {
 
 // tag_lane: "<" and ">". value_lane: what a usual value does not hold, double quotes, colons
 // and NUL bytes. end_lane: these, white space, control bytes, "<" and ">".
+// same_two_lanes: whether the lanes at two places, and those `second` bytes behind them, are the same.
 
 #if defined(__SSE2__)
 
@@ -99,7 +100,6 @@ inline u32 end_lane(const char* bytes) {
   return lane_bits(_mm_or_si128(_mm_or_si128(blank, colon), quoteOrTag));
 }
 
-// Whether the lanes at both begins and those `second` bytes behind them are the same.
 inline bool same_two_lanes(const char* a, const char* b, u32 second) {
   const __m128i first = _mm_cmpeq_epi8(load_lane(a), load_lane(b));
   const __m128i other = _mm_cmpeq_epi8(load_lane(a + second), load_lane(b + second));
@@ -158,6 +158,20 @@ inline u32 value_lane(const char* bytes) {
   return lane_bits(vorrq_u8(quoteOrColon, lane_equal(lane, '\0')));
 }
 
+// ":" and ">" differ in one bit.
+inline u32 end_lane(const char* bytes) {
+  const uint8x16_t lane = load_lane(bytes);
+  const uint8x16_t colon = lane_equal(vorrq_u8(lane, vdupq_n_u8(':' ^ '>')), '>');
+  const uint8x16_t quoteOrTag = vorrq_u8(lane_equal(lane, '"'), lane_equal(lane, '<'));
+  return lane_bits(vorrq_u8(vorrq_u8(vcleq_u8(lane, vdupq_n_u8(' ')), colon), quoteOrTag));
+}
+
+inline bool same_two_lanes(const char* a, const char* b, u32 second) {
+  const uint8x16_t first = vceqq_u8(load_lane(a), load_lane(b));
+  return lane_bits(vandq_u8(first, vceqq_u8(load_lane(a + second), load_lane(b + second)))) ==
+         0xFFFF;
+}
+
 inline ElementMarks element_lane(const char* bytes) {
   const uint8x16_t lane = load_lane(bytes);
   const uint8x16_t colon = lane_equal(lane, ':');
@@ -199,6 +213,15 @@ inline u32 colon_lane(const char* bytes) {
 
 inline u32 value_lane(const char* bytes) {
   return lane_bits([&](u32 i) { return bytes[i] == '"' || bytes[i] == ':' || bytes[i] == '\0'; });
+}
+
+inline u32 end_lane(const char* bytes) {
+  return lane_bits([&](u32 i) { return static_cast<u8>(bytes[i]) <= ' '; }) | value_lane(bytes) |
+         tag_lane(bytes);
+}
+
+inline bool same_two_lanes(const char* a, const char* b, u32 second) {
+  return std::memcmp(a, b, kLane) == 0 && std::memcmp(a + second, b + second, kLane) == 0;
 }
 
 inline ElementMarks element_lane(const char* bytes) {

@@ -119,7 +119,9 @@ inline i32 take_start_tag(Scan& scan, Cursor& cursor) {
   }
   Learned learned = {kUnsettled, nullptr};
   if (may_repeat(scan)) learned = learn(scan, *cursor.top, tag, close != 0, matched);
-  const i32 status = take_element(scan, cursor, tag, close, matched.end, learned.element);
+  if (tag.has_attribute()) scan.metAttributes = true;
+  const i32 status = close != 0 ? pass_leaf(scan, cursor, tag, close, matched.end)
+                                : enter(scan, cursor, tag, matched.end, learned.element);
   if (learned.leading == nullptr || status != kSuccess) return status;
   const u32 stretchBegin = close != 0 ? close : cursor.at;
   if (stretchBegin < learned.leading->follower.limit) {

@@ -376,20 +376,22 @@ inline i32 pass(Scan& scan, Cursor& cursor, u32 end, bool taken) {
   return kNoMemory;
 }
 
-// The element whose start tag is at the cursor, with its nodes behind the last ones alive, up to
-// `end`; `close` is where a leaf's text ends, 0 for others.
-inline i32 take_element(Scan& scan, Cursor& cursor, const Tag& tag, u32 close, const u32* end,
-                        u32 shape) {
+// Opens the element of the tag that the cursor has reached, with its nodes behind the last ones
+// alive, up to `end`.
+inline i32 enter(Scan& scan, Cursor& cursor, const Tag& tag, const u32* end, u32 shape) {
   ++scan.serial;
-  if (tag.has_attribute()) scan.metAttributes = true;
-  if (close != 0) {
-    scan.metText = true;
-    const bool taken = take_leaf(scan, tag, close, end);
-    return pass(scan, cursor, close + tag.nameLength + 3, taken);  // the end tag: "</name>"
-  }
   ++cursor.top;
-  const i32 status = pass(scan, cursor, tag.end(), open_usual(scan, *cursor.top, tag, end, shape));
+  const bool opened = open_usual(scan, *cursor.top, tag, end, shape);
+  const i32 status = pass(scan, cursor, tag.end(), opened);
   return status == kSuccess && scan.standing != 0 ? kUnusual : status;
+}
+
+// The same for a leaf, whose text ends at `close`.
+inline i32 pass_leaf(Scan& scan, Cursor& cursor, const Tag& tag, u32 close, const u32* end) {
+  ++scan.serial;
+  scan.metText = true;
+  const bool taken = take_leaf(scan, tag, close, end);
+  return pass(scan, cursor, close + tag.nameLength + 3, taken);  // the end tag: "</name>"
 }
 
 // A tag's nodes, behind the last ones alive: those that it matches by its value come first.

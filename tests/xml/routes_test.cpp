@@ -45,12 +45,14 @@ TEST(Routes, AgreeOnEverySeedCutAtEveryByte) {
 // A document from a small grammar; names and prefixes are few, so that things meet.
 class Generator {
  public:
-  explicit Generator(std::uint32_t seed, bool zeroBytes) : random_(seed), zeroBytes_(zeroBytes) {}
+  enum Kind { kAny, kZeroBytes, kLists };
+
+  explicit Generator(std::uint32_t seed, Kind kind) : random_(seed), kind_(kind) {}
 
   EngineCase make() {
     EngineCase result;
     result.flags = chance(5) ? CL_XML_COM_FLAG : 0;
-    result.document = document(result.flags != 0);
+    result.document = kind_ == kLists ? lists() : document(result.flags != 0);
     const std::vector<std::string> seen = paths_of(result);
     const std::size_t count = 1 + below(6);
     while (result.paths.size() < count) {
@@ -157,9 +159,69 @@ class Generator {
     for (std::size_t count = 1 + below(4); count != 0; --count) result += element(3) + text();
     result += end_tag(root) + (chance(10) ? "tail" : "");
     for (char& byte : result) {
-      if (zeroBytes_ && chance(400)) byte = '\0';
+      if (kind_ == kZeroBytes && chance(400)) byte = '\0';
     }
     return result;
+  }
+
+  // A row of a list, with a "*" for each value.
+  std::string row(std::size_t depth) {
+    static const char* const kNames[] = {"a", "b", "p:a", "zirk:a", "q:name_of_more_than_16"};
+    static const char* const kAttributes[] = {"",         "",         "",
+                                              " k=\"*\"", " l=\"*\"", " p:attribute=\"*\""};
+    static const char* const kGap[] = {"", "", "\n  "};
+    const std::string own = pick(kNames);
+    std::string text = "<" + own + pick(kAttributes) + ">";
+    const std::size_t children = depth == 0 ? 0 : below(4);
+    const std::string gap = pick(kGap);
+    for (std::size_t i = 0; i < children; ++i) text += gap + row(depth - 1);
+    return text + (children == 0 ? "*" : gap) + "</" + own + ">" + gap;
+  }
+
+  // The row with values, sometimes with a slip.
+  std::string filled(std::string text) {
+    static const char* const kValues[] = {"v",
+                                          "w",
+                                          "v",
+                                          "w",
+                                          "x",
+                                          "17",
+                                          "value-of.more,than 16",
+                                          "a value of many more bytes than thirty-two"};
+    static const char* const kOdd[] = {
+        "", " v", "v ", "p:v", "q:", "v/w", "v>w", "<b/>", "<b>v</b>"};
+    static const char* const kSlips[] = {"<a/>",
+                                         "<a></a>",
+                                         " ",
+                                         "t",
+                                         "<!-- x -->",
+                                         "<![CDATA[x]]>",
+                                         "<a k=\"v\" l=\"w\">v</a>",
+                                         "<b>v</b>",
+                                         "<b k=\"v\"/>"};
+    for (std::size_t at = text.find('*'); at != text.npos; at = text.find('*', at + 1)) {
+      const std::string value = chance(60) ? pick(kOdd) : pick(kValues);
+      text.replace(at, 1, value);
+      at += value.size();
+    }
+    if (chance(12))
+      text.insert(text.find(chance(2) ? '<' : '>', below(text.size() / 2)), pick(kSlips));
+    if (chance(300)) text.erase(below(text.size()), 1);
+    return text;
+  }
+
+  // So long that the scan looks for what repeats itself.
+  std::string lists() {
+    std::string result = "<?xml version=\"1.0\"?><cmd " + declaration() + " " + declaration() + ">";
+    while (result.size() < 1500) {
+      const std::string one = row(3), other = row(2);
+      for (std::size_t count = 2 + below(12); count != 0; --count) {
+        result += filled(one);
+        if (chance(3)) result += filled(other);
+      }
+      if (chance(6)) result += "<a " + declaration() + "></a>";
+    }
+    return result + "</cmd>";
   }
 
   // Every current path that the step functions go through.
@@ -193,7 +255,7 @@ class Generator {
   }
 
   std::mt19937 random_;
-  bool zeroBytes_;
+  Kind kind_;
 };
 
 // Keys that stand in the path buffer, that are blank, and that are every key after one of them.
@@ -320,9 +382,9 @@ TEST(Routes, AgreeOnTablePrefixesThatMeanAnother) {
   EXPECT_EQ(pxcl_test::compare_routes({0, paths, 0, document}), "");
 }
 
-void expect_agreement(std::uint32_t firstSeed, std::uint32_t count, bool zeroBytes) {
+void expect_agreement(std::uint32_t firstSeed, std::uint32_t count, Generator::Kind kind) {
   for (std::uint32_t seed = firstSeed; seed < firstSeed + count; ++seed) {
-    const EngineCase one = Generator(seed, zeroBytes).make();
+    const EngineCase one = Generator(seed, kind).make();
     std::string paths;
     for (const std::string& path : one.paths) paths += "\n[" + path + "]";
     ASSERT_EQ(pxcl_test::compare_routes(one), "")
@@ -506,11 +568,16 @@ TEST(Routes, AgreeAtTheEdgesOfBlocks) {
 }
 
 TEST(Routes, AgreeOnRandomDocuments) {
-  expect_agreement(1, 4000, false);
+  expect_agreement(1, 4000, Generator::kAny);
+}
+
+TEST(Routes, AgreeOnRandomLists) {
+  const char* seeds = std::getenv("PXCL_SEEDS");
+  expect_agreement(1, seeds ? std::atoi(seeds) : 500, Generator::kLists);
 }
 
 TEST(Routes, AgreeOnRandomDocumentsWithZeroBytes) {
-  expect_agreement(1, 1000, true);
+  expect_agreement(1, 1000, Generator::kZeroBytes);
 }
 
 }  // namespace
