@@ -6,6 +6,10 @@
 namespace pxcl::xml {
 namespace {
 
+// What is read behind a stretch: a value, the tag's end and the beginning of a text.
+constexpr u32 kValueReach = 3 * kLane + 3;
+constexpr u32 kLongestStretch = 8 * kLane;
+
 // --- Learning ------------------------------------------------------------------------------------
 
 // What `element`, the innermost one, is among the shapes; kNoShape: it is not for them.
@@ -20,11 +24,9 @@ inline u32 settled_shape(Scan& scan, OpenElement& element) {
 // The stretch at hand ends with the tag of the shape `next`, whose text or value begins at `end`.
 inline void end_stretch(Scan& scan, Shape& next, u32 end) {
   Stretch& stretch = scan.stretch;
-  const u32 length = end - stretch.begin;
-  const u64 reach = u64{length} + kValueReach;
-  if (length > kLongestStretch || reach >= scan.document.size()) return;
-  stretch.length = length;
-  stretch.limit = static_cast<u32>(scan.document.size() - reach);
+  stretch.length = end - stretch.begin;
+  if (stretch.length > kLongestStretch) return;
+  stretch.limit = static_cast<u32>(scan.document.size()) - stretch.length - kValueReach;
   stretch.next = &next;
   scan.lastShape->follower = stretch;
 }
@@ -246,7 +248,6 @@ Learned learn(Scan& scan, OpenElement& parent, const Tag& tag, bool isLeaf, Matc
   const u32 around = settled_shape(scan, parent);
   const u32 node = matched.named == matched.end ? kNone : *matched.named;
   if (around == kNoShape || matched.end - matched.named > 1 ||
-      tag.shapeLength() > kLongestStretch ||
       (node != kNone && scan.plan.nodes[node].belowTargets != kNone)) {
     scan.lastShape = nullptr;
     return {kNoShape, nullptr};

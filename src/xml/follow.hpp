@@ -9,6 +9,12 @@
 
 namespace pxcl::xml {
 
+// Whether the document is so large that it may repeat itself often enough.
+inline bool may_repeat(const Scan& scan) {
+  constexpr u32 kShortest = 1024;
+  return scan.document.size() >= kShortest;
+}
+
 // Begins a new stretch behind a shape.
 inline void begin_stretch(Scan& scan, u32 at, Shape* shape) {
   scan.lastShape = shape;

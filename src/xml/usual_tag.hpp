@@ -21,13 +21,6 @@ inline constexpr i32 kUnusual = 1;  // not for the fast loop
 // its own.
 inline constexpr u32 kReach = 2 * kLane + 3;
 inline constexpr u32 kAttributeReach = 5 * kLane;
-inline constexpr u32 kValueReach = 3 * kLane + 3;
-inline constexpr u32 kLongestStretch = 8 * kLane;
-
-// Whether the document is so large that it may repeat itself often enough.
-inline bool may_repeat(const Scan& scan) {
-  return scan.document.size() >= 1024;
-}
 
 // Where the fast loop stands.
 struct Cursor {

@@ -393,6 +393,23 @@ void expect_agreement(std::uint32_t firstSeed, std::uint32_t count, Generator::K
   }
 }
 
+// More kinds of tags than the scan keeps in mind; a tag with two attributes is none of them, but the
+// element is one.
+TEST(Routes, AgreeOnMoreTagsThanAreKept) {
+  for (const std::string begin : {"", "<z>v</z>"}) {
+    EngineCase one;
+    one.document = "<?xml ?><cmd>" + begin;
+    for (int i = 0; i < 200; ++i) {
+      const std::string leaf = "n" + std::to_string(i) + ">";
+      one.document += "<x k=\"v\" l=\"w\"><" + leaf + "v</" + leaf + "</x>";
+      if (i % 3 == 0) one.document += "<" + leaf + "w</" + leaf;
+    }
+    one.document += "</cmd>";
+    one.paths = {"cmd/n150", "cmd/x k=\"v\"/n190", "cmd/x l/n3", "cmd/z"};
+    EXPECT_EQ(pxcl_test::compare_routes(one), "") << begin;
+  }
+}
+
 // Past some number the index looks attributes up by hash; the first of one name still counts.
 TEST(Routes, AgreeOnManyAttributes) {
   EngineCase one;
@@ -572,8 +589,7 @@ TEST(Routes, AgreeOnRandomDocuments) {
 }
 
 TEST(Routes, AgreeOnRandomLists) {
-  const char* seeds = std::getenv("PXCL_SEEDS");
-  expect_agreement(1, seeds ? std::atoi(seeds) : 500, Generator::kLists);
+  expect_agreement(1, 1000, Generator::kLists);
 }
 
 TEST(Routes, AgreeOnRandomDocumentsWithZeroBytes) {
