@@ -33,8 +33,8 @@ void key_is_not_simple();
 // A plan while it is made. It holds simple elements only.
 template <u32 MostNodes, u32 TargetCount>
 struct PlanDraft {
-  Node nodes[MostNodes] = {};
-  RequestedAttribute attributes[MostNodes] = {};
+  Node nodes[MostNodes + 1] = {};  // one more than there are, to read the next into
+  RequestedAttribute attributes[MostNodes + 1] = {};
   Target targets[TargetCount] = {};
   u32 nodeCount = 1;
   u32 attributeCount = 0;
@@ -48,59 +48,37 @@ struct PlanDraft {
     node.elementTargets = node.attributeTargets = node.belowTargets = kNone;
   }
 
-  static constexpr std::string_view attribute_of(std::string_view path,
-                                                 const SimpleElement& element) {
-    if (!element.has_attribute()) return {};
-    return slice(path, element.attributeBegin(), element.attributeEnd - element.attributeBegin());
-  }
-
-  static constexpr u32 key_of(std::string_view path, const SimpleElement& element, u32 parent) {
-    const auto hash = [path](u32 begin, u32 end) {
-      return hash_bytes(path.data() + begin, end - begin);
-    };
-    const u32 name = hash(element.localBegin, element.nameEnd);
-    if (!element.has_attribute()) return element_key(parent, name, kPlainKey);
-    if (!element.has_value()) return element_key(parent, name, kNamedKey);
-    return valued_key(element_key(parent, name, kValuedKey),
-                      hash(element.valueLocal, element.valueEnd));
-  }
-
-  constexpr u32 find(std::string_view text, u32 parent, u32 key, bool isEach) const {
+  constexpr u32 find(const Node& wanted) const {
     for (u32 i = 1; i < nodeCount; ++i) {
       const Node& node = nodes[i];
-      if (node.key == key && node.parent == parent && ((node.flags & kEachValue) != 0) == isEach &&
-          std::string_view(node.text, node.textLength) == text) {
+      if (node.key == wanted.key && node.parent == wanted.parent &&
+          (node.flags & kEachValue) == (wanted.flags & kEachValue) &&
+          std::string_view(node.text, node.textLength) ==
+              std::string_view(wanted.text, wanted.textLength)) {
         return i;
       }
     }
     return kNone;
   }
 
-  constexpr u32 insert(std::string_view path, const SimpleElement& element, u32 parent, u32 key,
-                       bool isEach) {
+  // The node of the element that `path` begins with.
+  constexpr u32 step(std::string_view path, u32 parent, bool isEach) {
     Node& node = nodes[nodeCount];
     clear(node);
-    node.text = path.data() + element.begin;
-    node.textLength = element.end - element.begin;
-    node.nameLength = element.nameEnd - element.begin;
-    node.localBegin = element.localBegin - element.begin;
     node.parent = parent;
-    node.key = key;
+    if (!read_simple_element(path, node, attributes[attributeCount])) key_is_not_simple();
+    if (isEach && node.textLength == path.size()) node.flags = kSimple | kEachValue;
+    const u32 found = find(node);
+    if (found != kNone) return found;
     node.firstAttribute = attributeCount;
-    node.flags = kSimple;
-    nodes[parent].flags |= !element.has_attribute() ? kPlainChildren
-                           : element.has_value()    ? kValuedChildren
-                                                    : kNamedChildren;
-    if (element.has_attribute()) {
-      const std::string_view name = attribute_of(path, element);
-      const u32 valueLength = element.valueEnd - element.valueBegin;
-      const char* value = element.has_value() ? path.data() + element.valueBegin : nullptr;
-      attributes[attributeCount++] = {name.data(), value, static_cast<u32>(name.size()),
-                                      valueLength};
-      node.attributeCount = 1;
-      if (!element.has_value()) node.flags |= isEach ? kEachValue : kNameOnly;
-    }
+    attributeCount += node.attributeCount;
+    nodes[parent].flags |= child_flag(node.key);
     return nodeCount++;
+  }
+
+  constexpr std::string_view attribute_name(const Node& node) const {
+    const RequestedAttribute& attribute = attributes[node.firstAttribute];
+    return {attribute.name, attribute.nameLength};
   }
 
   // Hangs the target under the node of its last element.
@@ -114,20 +92,14 @@ struct PlanDraft {
 
   constexpr void add(const Key& key) {
     const bool isEach = key.wanted == Wanted::kEach;
-    u32 node = kRootNode;
-    SimpleElement element = {};
-    for (u32 at = 0; at < key.path.size(); at = element.end + 1) {
-      if (!read_simple_element(key.path, at, element)) key_is_not_simple();
-      const bool each = isEach && element.end == key.path.size();
-      const u32 lookUp = key_of(key.path, element, node);
-      const std::string_view text = slice(key.path, at, element.end - at);
-      const u32 found = find(text, node, lookUp, each);
-      node = found == kNone ? insert(key.path, element, node, lookUp, each) : found;
+    std::string_view rest = key.path;
+    u32 node = step(rest, kRootNode, isEach);
+    while (nodes[node].textLength != rest.size()) {
+      rest = from(rest, nodes[node].textLength + 1);
+      node = step(rest, node, isEach);
     }
-    if (element.end != key.path.size()) key_is_not_simple();
-    const bool isAttribute = !isEach && element.has_attribute() && !element.has_value();
-    const std::string_view name =
-        isAttribute ? attribute_of(key.path, element) : std::string_view();
+    const bool isAttribute = (nodes[node].flags & kNameOnly) != 0;
+    const std::string_view name = isAttribute ? attribute_name(nodes[node]) : std::string_view();
     if (key.group >= groupCount) groupCount = key.group + 1;
     attach(node, {name.data(), static_cast<u32>(name.size()), kNone, key.group,
                   collect_for(key.wanted), isAttribute, false});

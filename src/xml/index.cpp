@@ -45,83 +45,27 @@ struct ElementExtent {
   return extent;
 }
 
-inline u32 common_length(std::string_view a, std::string_view b) {
-  const u32 most = static_cast<u32>(a.size() < b.size() ? a.size() : b.size());
-  u32 at = 0;
-  for (; at + kLane <= most; at += kLane) {
-    const u32 same = same_lane(a.data() + at, b.data() + at);
-    if (same != first_bits(kLane)) return at + lowest(~same);
+// Whether the texts are the same up to `length`: looked at by two lanes.
+inline bool is_same(const char* a, const char* b, u32 length) {
+  if (length < 2 * kLane) return equal_bytes(a, b, length);
+  const auto differs = [&](u32 at) {
+    return (same_lane(a + at, b + at) & same_lane(a + at + kLane, b + at + kLane)) !=
+           first_bits(kLane);
+  };
+  const u32 last = length - 2 * kLane;
+  for (u32 at = 0; at < last; at += 2 * kLane) {
+    if (differs(at)) return false;
   }
-  while (at < most && a[at] == b[at]) ++at;
-  return at;
+  return !differs(last);
 }
 
-// One element of a requested path, taken apart.
-struct RequestedElement {
-  std::string_view text;
-  u32 nameLength;
-  u32 localBegin;
-  u32 parent;
-  u32 nameHash;
-  u32 key;
-  u32 attributeCount = 0;
-  u32 childFlag = kPlainChildren;       // what the parent is told of it
-  std::string_view bareAttribute = {};  // the attribute that it names without value
-  bool impossible = false;              // no element of a document can match it
-  bool eachValue = false;               // its attribute stands for every value
-};
-
-// Sets the look-up key by the first attribute with a value.
-void key_by_value(RequestedElement& element, std::string_view localValue) {
-  element.childFlag = kValuedChildren;
-  element.key = valued_key(element_key(element.parent, element.nameHash, kValuedKey),
-                           hash_bytes(localValue.data(), static_cast<u32>(localValue.size())));
-}
-
-bool push_attribute(Index& index, RequestedElement& element, std::string_view name,
-                    std::string_view inner) {
-  ++element.attributeCount;
-  return index.attributes.push(
-      {name.data(), inner.data(), static_cast<u32>(name.size()), static_cast<u32>(inner.size())});
-}
-
-// Appends the attributes of an element that is not simple; false when memory is short.
-[[gnu::cold]] bool split_attributes(Index& index, RequestedElement& element) {
-  AttributeSplitter splitter(from(element.text, element.nameLength));
-  SplitAttribute attribute;
-  while (splitter.next(attribute)) {
-    const std::string_view inner = inner_value(attribute.value);
-    if (!push_attribute(index, element, attribute.name, inner)) return false;
-    if (attribute.value.data() == nullptr) {
-      element.bareAttribute = attribute.name;
-    } else if (inner.empty()) {
-      element.impossible = true;
-    } else if (element.childFlag != kValuedChildren) {
-      key_by_value(element, local_part(inner));
-    }
-  }
-  if (splitter.failed()) {
-    element.impossible = true;
-    element.bareAttribute = {};
-  }
-  return true;
-}
-
-// Where an element hangs.
-struct Place {
-  u32 parent;
-  u32 key;
-  u32 childFlag;  // what the parent is told of it
-  bool eachValue;
-};
-
-inline u32 find_node(const Index& index, const Place& place, std::string_view text) {
-  u32 found = index.buckets[bucket_of(place.key, index.bucketMask)];
-  for (; found != kNone; found = index.nodes[found].nextInBucket) {
-    const Node& node = index.nodes[found];
-    if (node.key == place.key && node.parent == place.parent &&
-        ((node.flags & kEachValue) != 0) == place.eachValue && node.textLength == text.size() &&
-        equal_text(node.text, text.data(), text.size())) {
+// The node there with the same element among those of one bucket, of which `found` is the first.
+inline u32 find_in_bucket(const Node* nodes, u32 found, const Node& wanted) {
+  for (; found != kNone; found = nodes[found].nextInBucket) {
+    const Node& node = nodes[found];
+    if (node.key == wanted.key && node.parent == wanted.parent &&
+        ((node.flags ^ wanted.flags) & kEachValue) == 0 && node.textLength == wanted.textLength &&
+        equal_text(node.text, wanted.text, wanted.textLength)) {
       break;
     }
   }
@@ -129,7 +73,7 @@ inline u32 find_node(const Index& index, const Place& place, std::string_view te
 }
 
 // Twice the buckets, when the paths have more elements than their number let expect.
-[[gnu::cold]] bool grow_buckets(Index& index) {
+bool grow_buckets(Index& index) {
   const u64 buckets = u64{index.buckets.size} * 2;
   if (!index.buckets.reserve(buckets)) return false;
   index.buckets.size = static_cast<u32>(buckets);
@@ -143,107 +87,98 @@ inline u32 find_node(const Index& index, const Place& place, std::string_view te
   return true;
 }
 
-// A node without targets; null when memory is short. Who adds it tells the element.
-inline Node* add_node(Index& index, const Place& place) {
-  if (!index.nodes.reserve(u64{index.nodes.size} + 1)) return nullptr;
-  if (index.nodes.size > index.buckets.size && !grow_buckets(index)) return nullptr;
-  const u32 created = index.nodes.size++;
-  u32& bucket = index.buckets[bucket_of(place.key, index.bucketMask)];
-  Node& node = index.nodes[created];
-  node.parent = place.parent;
-  node.key = place.key;
-  node.nextInBucket = bucket;
-  node.flags = place.eachValue ? u32{kEachValue} : 0u;
-  node.elementTargets = node.attributeTargets = node.belowTargets = kNone;
-  bucket = created;
-  index.nodes[place.parent].flags |= place.childFlag;
-  return &node;
+// Room to read an element into; there are as many buckets as there is room for nodes.
+inline bool has_room(const Index& index) {
+  return index.nodes.size != index.nodes.capacity &&
+         index.attributes.size != index.attributes.capacity;
 }
 
-// The node of an element that is not simple, made when it is new; kNone when memory is short.
-[[gnu::cold]] u32 step_down(Index& index, RequestedElement& element) {
-  const u32 firstAttribute = index.attributes.size;
-  element.impossible = element.nameLength == 0;
-  element.nameHash =
-      hash_bytes(element.text.data() + element.localBegin, element.nameLength - element.localBegin);
-  element.key = element_key(element.parent, element.nameHash, kPlainKey);
-  if (element.nameLength < element.text.size()) {
-    if (!split_attributes(index, element)) return kNone;
-    if (element.childFlag == kPlainChildren && element.attributeCount != 0) {
-      element.childFlag = kNamedChildren;
-      element.key = element_key(element.parent, element.nameHash, kNamedKey);
+[[gnu::cold]] bool make_room(Index& index) {
+  return index.nodes.reserve(u64{index.nodes.size} + 1) &&
+         index.attributes.reserve(u64{index.attributes.size} + 1) &&
+         (index.nodes.capacity <= index.buckets.size || grow_buckets(index));
+}
+
+// The number of the node that was read behind the last one, or of the one that there was before.
+// Its attributes stand from `firstAttribute` on.
+inline u32 enter_node(Index& index, u32 number, u32 firstAttribute) {
+  Node* nodes = index.nodes.begin();
+  Node& node = nodes[number];
+  u32& bucket = index.buckets[bucket_of(node.key, index.bucketMask)];
+  if (bucket != kNone) {
+    const u32 found = find_in_bucket(nodes, bucket, node);
+    if (found != kNone) {
+      index.attributes.size = firstAttribute;
+      return found;
     }
-    if (element.eachValue) element.bareAttribute = {};
   }
-  const Place place = {element.parent, element.key, element.childFlag, element.eachValue};
-  const u32 found = find_node(index, place, element.text);
-  if (found != kNone) {
-    index.attributes.size = firstAttribute;
-    return found;
-  }
-  Node* node = add_node(index, place);
-  if (node == nullptr) return kNone;
-  node->text = element.text.data();
-  node->textLength = static_cast<u32>(element.text.size());
-  node->nameLength = element.nameLength;
-  node->localBegin = element.localBegin;
-  node->firstAttribute = firstAttribute;
-  node->attributeCount = element.attributeCount;
-  node->flags |= (element.bareAttribute.empty() ? 0u : u32{kNameOnly}) |
-                 (element.impossible ? u32{kImpossible} : 0u);
-  return index.nodes.size - 1;
+  node.nextInBucket = bucket;
+  node.elementTargets = node.attributeTargets = node.belowTargets = kNone;
+  node.firstAttribute = firstAttribute;
+  index.attributes.size = firstAttribute + node.attributeCount;
+  nodes[node.parent].flags |= child_flag(node.key);
+  index.nodes.size = number + 1;
+  bucket = number;
+  return number;
 }
 
-inline Place place_of(std::string_view path, const SimpleElement& element, u32 parent, bool each) {
-  const char* text = path.data();
-  const u32 name = hash_bytes(text + element.localBegin, element.nameEnd - element.localBegin);
-  if (!element.has_attribute()) {
-    return {parent, element_key(parent, name, kPlainKey), kPlainChildren, each};
+// Takes the attributes of an element that is not simple; false when memory is short. It is looked up
+// by the first one that has a value.
+bool split_attributes(Index& index, Node& node, u32 nameHash) {
+  AttributeSplitter splitter(from({node.text, node.textLength}, node.nameLength));
+  SplitAttribute attribute;
+  while (splitter.next(attribute)) {
+    const std::string_view inner = inner_value(attribute.value);
+    const auto length = [](std::string_view text) { return static_cast<u32>(text.size()); };
+    if (!index.attributes.push(
+            {attribute.name.data(), inner.data(), length(attribute.name), length(inner)})) {
+      return false;
+    }
+    if (node.attributeCount++ == 0) node.key = element_key(node.parent, nameHash, kNamedKey);
+    if (attribute.value.data() == nullptr) {
+      node.flags |= kNameOnly;
+    } else if (inner.empty()) {
+      node.flags |= kImpossible;
+    } else if (child_flag(node.key) != kValuedChildren) {
+      const std::string_view local = local_part(inner);
+      node.key = valued_key(element_key(node.parent, nameHash, kValuedKey),
+                            hash_bytes(local.data(), length(local)));
+    }
   }
-  if (!element.has_value()) {
-    return {parent, element_key(parent, name, kNamedKey), kNamedChildren, each};
+  if (splitter.failed()) node.flags |= kImpossible;
+  return true;
+}
+
+// Reads an element that is not simple; false when memory is short.
+[[gnu::cold]] bool read_any_element(Index& index, std::string_view path, u32 begin, Node& node) {
+  const ElementExtent extent = measure_element(path, begin);
+  node.text = path.data() + begin;
+  node.textLength = extent.end - begin;
+  node.nameLength = extent.nameEnd - begin;
+  node.localBegin = extent.colon == kNone ? 0 : extent.colon - begin + 1;
+  node.flags = node.nameLength == 0 ? u32{kImpossible} : 0u;
+  node.attributeCount = 0;
+  const u32 nameHash = hash_bytes(node.text + node.localBegin, node.nameLength - node.localBegin);
+  node.key = element_key(node.parent, nameHash, kPlainKey);
+  return node.nameLength == node.textLength || split_attributes(index, node, nameHash);
+}
+
+// The node of the element at `begin`; kNone when memory is short. `each`: if it is the last one, its
+// attribute stands for every value.
+inline u32 step_along(Index& index, std::string_view path, u32 begin, u32 parent, bool each) {
+  if (!has_room(index) && !make_room(index)) return kNone;
+  const u32 firstAttribute = index.attributes.size;
+  const u32 number = index.nodes.size;
+  Node& node = index.nodes[number];
+  node.parent = parent;
+  if (!read_marked_element(path, begin, node, index.attributes[firstAttribute]) &&
+      !read_any_element(index, path, begin, node)) {
+    return kNone;
   }
-  const u32 value = hash_bytes(text + element.valueLocal, element.valueEnd - element.valueLocal);
-  return {parent, valued_key(element_key(parent, name, kValuedKey), value), kValuedChildren, each};
-}
-
-// step_down() for a simple element.
-inline u32 step_down(Index& index, std::string_view path, const SimpleElement& element, u32 parent,
-                     bool each) {
-  const std::string_view text = slice(path, element.begin, element.end - element.begin);
-  const Place place = place_of(path, element, parent, each);
-  const u32 found = find_node(index, place, text);
-  if (found != kNone) return found;
-  Node* node = add_node(index, place);
-  if (node == nullptr) return kNone;
-  node->text = text.data();
-  node->textLength = static_cast<u32>(text.size());
-  node->nameLength = element.nameEnd - element.begin;
-  node->localBegin = element.localBegin - element.begin;
-  node->firstAttribute = index.attributes.size;
-  node->attributeCount = element.has_attribute() ? 1 : 0;
-  node->flags |= kSimple;
-  if (!element.has_attribute()) return index.nodes.size - 1;
-  if (!element.has_value() && !each) node->flags |= kNameOnly;
-  const char* value = element.has_value() ? path.data() + element.valueBegin : nullptr;
-  const bool stored = index.attributes.push({path.data() + element.attributeBegin(), value,
-                                             element.attributeEnd - element.attributeBegin(),
-                                             element.valueEnd - element.valueBegin});
-  return stored ? index.nodes.size - 1 : kNone;
-}
-
-void append_to_list(Index& index, u32& head, u32 target) {
-  index.targets[target].next = head;
-  head = target;
-}
-
-inline void attach(Index& index, u32 node, u32 target, bool below) {
-  Node& last = index.nodes[node];
-  const bool isAttribute = index.targets[target].isAttribute;
-  u32& list =
-      below ? last.belowTargets : (isAttribute ? last.attributeTargets : last.elementTargets);
-  append_to_list(index, list, target);
-  if (!below) last.flags |= isAttribute ? kAttributeTargets : kElementTargets;
+  if (each && begin + node.textLength == path.size()) {
+    node.flags = (node.flags & ~u32{kNameOnly}) | kEachValue;
+  }
+  return enter_node(index, number, firstAttribute);
 }
 
 struct Descent {
@@ -252,17 +187,24 @@ struct Descent {
   u32 depth = 0;
 };
 
-// The elements that this path has in common with the one before it.
+// Where the path before this one has its element at `depth`, if this one has it too.
+inline bool has_in_common(const Index& index, std::string_view path, u32 depth) {
+  const u32 end = index.previousEnd[depth - 1];
+  return end <= path.size() && is_same(index.previous.data(), path.data(), end);
+}
+
+[[gnu::noinline]] u32 common_depth(const Index& index, std::string_view path, u32 depth) {
+  while (depth != 0 && !has_in_common(index, path, depth)) --depth;
+  return depth;
+}
+
+// The elements that this path has in common with the one before it: mostly all but the last.
 inline Descent shared_beginning(const Index& index, std::string_view path) {
-  const u32 common = common_length(index.previous, path);
-  Descent descent;
-  descent.depth = index.previousDepth;
-  while (descent.depth != 0 && index.previousEnd[descent.depth - 1] > common) --descent.depth;
-  if (descent.depth != 0) {
-    descent.position = index.previousEnd[descent.depth - 1];
-    descent.node = index.previousNode[descent.depth - 1];
-  }
-  return descent;
+  u32 depth = index.previousDepth;
+  if (depth != 0 && !has_in_common(index, path, depth))
+    depth = common_depth(index, path, depth - 1);
+  if (depth == 0) return {};
+  return {index.previousEnd[depth - 1], index.previousNode[depth - 1], depth};
 }
 
 inline void remember_element(Index& index, Descent& descent) {
@@ -275,73 +217,80 @@ inline void remember_element(Index& index, Descent& descent) {
   ++descent.depth;
 }
 
-// What a step along a path leads to.
-struct Step {
-  u32 node;  // kNone: memory is short
-  u32 end;   // of the element, an offset into the path
-  std::string_view bareAttribute;
+// A target whose path is added.
+struct Asked {
+  Target* target;
+  u32 number;
+  bool each;       // its last attribute stands for every value
+  bool kindKnown;  // the target says what it asks for
 };
 
-// One that is not simple.
-[[gnu::cold]] Step step_generally(Index& index, std::string_view path, u32 begin, u32 parent,
-                                  bool each) {
-  const ElementExtent extent = measure_element(path, begin);
-  RequestedElement element = {};
-  element.text = slice(path, begin, extent.end - begin);
-  element.nameLength = extent.nameEnd - begin;
-  element.localBegin = extent.colon == kNone ? 0 : extent.colon - begin + 1;
-  element.parent = parent;
-  element.eachValue = each && extent.end == path.size();
-  const u32 node = step_down(index, element);
-  return {node, extent.end, element.bareAttribute};
+// Makes the target one for the attribute that its last element names without value.
+[[gnu::cold]] void ask_for_attribute(const Index& index, const Node& node, Target& target) {
+  const RequestedAttribute& last = index.attributes[node.firstAttribute + node.attributeCount - 1];
+  target.isAttribute = true;
+  target.attributeName = last.name;
+  target.attributeNameLength = last.nameLength;
 }
 
-inline Step step_along(Index& index, std::string_view path, u32 begin, u32 parent, bool each) {
-  SimpleElement element;
-  if (!read_marked_element(path, begin, element_marks(path, begin), element)) {
-    return step_generally(index, path, begin, parent, each);
-  }
-  each = each && element.end == path.size();
-  const bool isBare = element.has_attribute() && !element.has_value() && !each;
-  const u32 nameLength = isBare ? element.attributeEnd - element.attributeBegin() : 0;
-  return {step_down(index, path, element, parent, each), element.end,
-          slice(path, element.attributeBegin(), nameLength)};
+inline void append_to_list(u32& head, Target& target, u32 number) {
+  target.next = head;
+  head = number;
+}
+
+// Hangs the target under the node of its last element.
+inline void attach(const Index& index, Node& node, const Asked& asked) {
+  Target& target = *asked.target;
+  if ((node.flags & kNameOnly) != 0 && !asked.kindKnown) ask_for_attribute(index, node, target);
+  append_to_list(target.isAttribute ? node.attributeTargets : node.elementTargets, target,
+                 asked.number);
+  node.flags |= target.isAttribute ? kAttributeTargets : kElementTargets;
 }
 
 // Hangs the target under the node of its last element, making nodes on the way. An attribute
-// without value there makes it a request for that attribute.
-bool add_path(Index& index, std::string_view path, u32 number, bool kindKnown) {
+// without value there makes it a request for that attribute. Requests have hundreds of paths: what
+// they do not need is left out where they call it.
+[[gnu::always_inline]] inline bool add_path(Index& index, std::string_view path,
+                                            const Asked& asked) {
   Descent descent = shared_beginning(index, path);
   index.previous = path;
   index.previousDepth = descent.depth;
-  Target& target = index.targets[number];
-  const bool each = target.collect == Collect::kEach;
   while (descent.position < path.size()) {
-    const Step step = step_along(index, path, descent.position, descent.node, each);
-    if (step.node == kNone) return false;
-    descent.node = step.node;
-    if (step.end == path.size()) {
-      if (!kindKnown && !step.bareAttribute.empty()) {
-        target.isAttribute = true;
-        target.attributeName = step.bareAttribute.data();
-        target.attributeNameLength = static_cast<u32>(step.bareAttribute.size());
-      }
-      attach(index, descent.node, number, false);
+    descent.node = step_along(index, path, descent.position, descent.node, asked.each);
+    if (descent.node == kNone) return false;
+    Node& node = index.nodes[descent.node];
+    const u32 end = descent.position + node.textLength;
+    if (end == path.size()) {
+      attach(index, node, asked);
       return true;
     }
-    descent.position = step.end + 1;
+    descent.position = end + 1;
     remember_element(index, descent);
   }
-  attach(index, descent.node, number, true);
+  append_to_list(index.nodes[descent.node].belowTargets, *asked.target, asked.number);
   return true;
+}
+
+inline Target& new_target(Index& index, Collect collect, u32 group) {
+  Target& target = index.targets[index.targets.size++];
+  target = {};
+  target.next = kNone;
+  target.group = group;
+  target.collect = collect;
+  return target;
+}
+
+void note_no_path(Index& index, Target& target) {
+  index.hasNoPath = true;
+  target.hasNoPath = true;
 }
 
 }  // namespace
 
 bool start_index(Index& index, u64 targetCount) {
   const u64 buckets = std::bit_ceil(targetCount < 32 ? u64{128} : targetCount * 4);
-  if (!index.targets.reserve(targetCount) || !index.buckets.reserve(buckets) ||
-      !index.nodes.reserve(targetCount + targetCount / 4 + 16)) {
+  if (!index.targets.reserve(targetCount) || !index.attributes.reserve(targetCount) ||
+      !index.buckets.reserve(buckets) || !index.nodes.reserve(targetCount + targetCount / 4 + 16)) {
     return false;
   }
   index.buckets.size = static_cast<u32>(buckets);
@@ -355,28 +304,39 @@ bool start_index(Index& index, u64 targetCount) {
   return true;
 }
 
-bool add_target(Index& index, const TargetPath& path, Collect collect, u32 group) {
+bool add_target(Index& index, std::string_view path, Collect collect, u32 group,
+                const TargetKind* kind) {
   const u32 number = index.targets.size;
-  Target& target = index.targets[index.targets.size++];
-  target = {};
-  target.collect = collect;
-  target.group = group;
-  target.next = kNone;
-  if (path.kindKnown) {
-    target.isAttribute = path.isAttribute;
-    target.attributeName = path.attributeName.data();
+  Target& target = new_target(index, collect, group);
+  if (kind != nullptr) {
+    target.isAttribute = kind->isAttribute;
+    target.attributeName = kind->attributeName.data();
     // A name with "=" in it is no attribute's, so it may as well be empty: none has that either.
-    target.attributeNameLength = find_byte(path.attributeName, '=') == nullptr
-                                     ? static_cast<u32>(path.attributeName.size())
+    target.attributeNameLength = find_byte(kind->attributeName, '=') == nullptr
+                                     ? static_cast<u32>(kind->attributeName.size())
                                      : 0;
   }
   if (group >= index.groupCount) index.groupCount = group + 1;
-  if (path.path.data() == nullptr) {
-    index.hasNoPath = true;
-    target.hasNoPath = true;
+  if (path.data() == nullptr) {
+    note_no_path(index, target);
     return true;
   }
-  return add_path(index, path.path, number, path.kindKnown);
+  return add_path(index, path, {&target, number, collect == Collect::kEach, kind != nullptr});
+}
+
+bool add_targets(Index& index, const PathRecords& records, Collect collect) {
+  const char* record = static_cast<const char*>(records.first);
+  for (u32 i = 0; i < records.count; ++i, record += records.stride) {
+    PathRecord path;
+    std::memcpy(&path, record, sizeof path);
+    Target& target = new_target(index, collect, 0);
+    if (path.text == nullptr) {
+      note_no_path(index, target);
+    } else if (!add_path(index, {path.text, path.length}, {&target, i, false, false})) {
+      return false;
+    }
+  }
+  return true;
 }
 
 }  // namespace pxcl::xml

@@ -10,12 +10,22 @@
 
 namespace pxcl::xml {
 
-// A target's kind where the caller's record states it, else taken from the path.
-struct TargetPath {
-  std::string_view path;  // data() null: no path
-  bool kindKnown = false;
-  bool isAttribute = false;
-  std::string_view attributeName = {};
+// What a target asks for, where the caller's record states it; else it is taken from the path.
+struct TargetKind {
+  bool isAttribute;
+  std::string_view attributeName;
+};
+
+// What a request's parameters begin with.
+struct PathRecord {
+  const char* text;
+  u64 length;
+};
+
+struct PathRecords {
+  const void* first;
+  u64 stride;  // bytes from one to the next
+  u32 count;
 };
 
 struct Index {
@@ -41,7 +51,10 @@ struct Index {
 
 // Prepares an empty index for `targetCount` targets; false when memory is short.
 bool start_index(Index& index, u64 targetCount);
-// Appends a target; false when memory is short.
-bool add_target(Index& index, const TargetPath& path, Collect collect, u32 group);
+// Appends a target; false when memory is short. A path whose data() is null is none.
+bool add_target(Index& index, std::string_view path, Collect collect, u32 group,
+                const TargetKind* kind = nullptr);
+// Appends the targets of an empty index, none of them Collect::kEach; false when memory is short.
+bool add_targets(Index& index, const PathRecords& records, Collect collect);
 
 }  // namespace pxcl::xml

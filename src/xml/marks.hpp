@@ -29,14 +29,6 @@ struct NameMarks {
   u32 stop;
 };
 
-// What an element of a requested path is read by.
-struct ElementMarks {
-  u64 low;    // the bytes up to "/", and the path's end: what ends a name or a value is among them
-  u64 quote;  // double quotes
-  u64 colon;
-  u64 inName;  // what a usual attribute's name does not hold: "=" and colons
-};
-
 // What a start tag is read by: the bytes up to "/", and "<" and ">".
 struct TagMarks {
   u64 low;
@@ -49,8 +41,10 @@ struct TagMarks {
 };
 
 // tag_lane: "<" and ">". value_lane: what a usual value does not hold, double quotes, colons
-// and NUL bytes. end_lane: these, white space, control bytes, "<" and ">".
-// same_two_lanes: whether the lanes at two places, and those `second` bytes behind them, are the same.
+// and NUL bytes. end_lane: these, white space, control bytes, "<" and ">". separator_lane: what
+// ends a part of a requested element is among the bytes up to the double quotes, "/", colons and
+// "=". same_two_lanes: whether the lanes at two places, and those `second` bytes behind them, are
+// the same.
 
 #if defined(__SSE2__)
 
@@ -106,12 +100,11 @@ inline bool same_two_lanes(const char* a, const char* b, u32 second) {
   return lane_bits(_mm_and_si128(first, other)) == 0xFFFF;
 }
 
-inline ElementMarks element_lane(const char* bytes) {
+inline u32 separator_lane(const char* bytes) {
   const __m128i lane = load_lane(bytes);
-  const __m128i colon = lane_equal(lane, ':');
-  return {lane_bits(_mm_cmpeq_epi8(_mm_min_epu8(lane, _mm_set1_epi8('/')), lane)),
-          lane_bits(lane_equal(lane, '"')), lane_bits(colon),
-          lane_bits(_mm_or_si128(colon, lane_equal(lane, '=')))};
+  const __m128i low = _mm_cmpeq_epi8(_mm_min_epu8(lane, _mm_set1_epi8('"')), lane);
+  const __m128i colonOrEqual = _mm_or_si128(lane_equal(lane, ':'), lane_equal(lane, '='));
+  return lane_bits(_mm_or_si128(_mm_or_si128(low, lane_equal(lane, '/')), colonOrEqual));
 }
 
 inline u32 same_lane(const char* a, const char* b) {
@@ -172,11 +165,11 @@ inline bool same_two_lanes(const char* a, const char* b, u32 second) {
          0xFFFF;
 }
 
-inline ElementMarks element_lane(const char* bytes) {
+inline u32 separator_lane(const char* bytes) {
   const uint8x16_t lane = load_lane(bytes);
-  const uint8x16_t colon = lane_equal(lane, ':');
-  return {lane_bits(vcleq_u8(lane, vdupq_n_u8('/'))), lane_bits(lane_equal(lane, '"')),
-          lane_bits(colon), lane_bits(vorrq_u8(colon, lane_equal(lane, '=')))};
+  const uint8x16_t colonOrEqual = vorrq_u8(lane_equal(lane, ':'), lane_equal(lane, '='));
+  const uint8x16_t lowOrSlash = vorrq_u8(vcleq_u8(lane, vdupq_n_u8('"')), lane_equal(lane, '/'));
+  return lane_bits(vorrq_u8(lowOrSlash, colonOrEqual));
 }
 
 inline u32 same_lane(const char* a, const char* b) {
@@ -224,9 +217,11 @@ inline bool same_two_lanes(const char* a, const char* b, u32 second) {
   return std::memcmp(a, b, kLane) == 0 && std::memcmp(a + second, b + second, kLane) == 0;
 }
 
-inline ElementMarks element_lane(const char* bytes) {
-  return {low_lane(bytes), lane_bits([&](u32 i) { return bytes[i] == '"'; }), colon_lane(bytes),
-          lane_bits([&](u32 i) { return bytes[i] == ':' || bytes[i] == '='; })};
+inline u32 separator_lane(const char* bytes) {
+  return lane_bits([&](u32 i) {
+    return static_cast<u8>(bytes[i]) <= '"' || bytes[i] == '/' || bytes[i] == ':' ||
+           bytes[i] == '=';
+  });
 }
 
 inline u32 same_lane(const char* a, const char* b) {
@@ -308,39 +303,38 @@ inline u32 lowest(u64 marks) {
   return static_cast<u32>(std::countr_zero(marks));
 }
 
-// The marks of `Lanes` lanes, 2 or 4.
+// The separators of `Lanes` lanes.
 template <u32 Lanes>
-inline ElementMarks element_lanes(const char* bytes) {
-  ElementMarks marks = element_lane(bytes);
-  for (u32 i = 1; i < Lanes; ++i) {
-    const ElementMarks lane = element_lane(bytes + i * kLane);
-    marks.low |= lane.low << i * kLane;
-    marks.quote |= lane.quote << i * kLane;
-    marks.colon |= lane.colon << i * kLane;
-    marks.inName |= lane.inName << i * kLane;
-  }
+inline u64 separator_lanes(const char* bytes) {
+  u64 marks = separator_lane(bytes);
+  for (u32 i = 1; i < Lanes; ++i) marks |= u64{separator_lane(bytes + i * kLane)} << i * kLane;
   return marks;
 }
 
-// Those of the last `rest` bytes of Lanes lanes, behind which the path ends.
+// Those of the last `rest` bytes of Lanes lanes, and where they end.
 template <u32 Lanes>
-inline ElementMarks last_marks(const char* bytes, u64 rest) {
-  const ElementMarks marks = element_lanes<Lanes>(bytes);
-  const u64 dropped = Lanes * kLane - rest;
-  return {marks.low >> dropped | u64{1} << rest, marks.quote >> dropped, marks.colon >> dropped,
-          marks.inName >> dropped};
+inline u64 last_separators(const char* bytes, u64 rest) {
+  return separator_lanes<Lanes>(bytes) >> (Lanes * kLane - rest) | u64{1} << rest;
 }
 
-// The marks of up to kBlock bytes of `path` from `begin` on, which is not its end.
-inline ElementMarks element_marks(std::string_view path, u32 begin) {
+inline constexpr u32 kMostRead = kBlock - 1;  // bytes of an element that are read by marks
+
+// The separators among up to kMostRead bytes of `path` from `begin` on, which is not its end, and
+// where these bytes end.
+inline u64 element_marks(std::string_view path, u32 begin) {
   const u64 rest = path.size() - begin;
   const char* end = path.data() + path.size();
-  if (rest >= kBlock) return element_lanes<4>(path.data() + begin);
-  if (rest <= 2 * kLane && path.size() >= 2 * kLane) return last_marks<2>(end - 2 * kLane, rest);
-  if (path.size() >= kBlock) return last_marks<4>(end - kBlock, rest);
+  if (rest >= kBlock) return separator_lanes<4>(path.data() + begin) | u64{1} << kMostRead;
+  if (rest <= 2 * kLane && path.size() >= 2 * kLane) {
+    return last_separators<2>(end - 2 * kLane, rest);
+  }
+  if (rest <= 3 * kLane && path.size() >= 3 * kLane) {
+    return last_separators<3>(end - 3 * kLane, rest);
+  }
+  if (path.size() >= kBlock) return last_separators<4>(end - kBlock, rest);
   char copy[kBlock] = {};
   std::memcpy(copy + kBlock - rest, path.data() + begin, rest);
-  return last_marks<4>(copy, rest);
+  return last_separators<4>(copy, rest);
 }
 
 }  // namespace pxcl::xml

@@ -134,6 +134,16 @@ inline u32 hash_readable(const char* bytes, u32 length) {
   return mix_hash(value, value, length);
 }
 
+// The hash of text[begin, end), with `before` readable bytes in front of the text.
+inline u32 hash_part(const char* text, u32 before, u32 begin, u32 end) {
+  const u32 length = end - begin;
+  if (!kLittleEndian || before < 8) return hash_bytes(text + begin, length);
+  const u64 last = load_bytes(text + end - 8, 8);
+  if (length >= 8) return mix_hash(load_bytes(text + begin, 8), last, length);
+  const u64 value = last >> (56 - 8 * length) >> 8;  // in two steps, since the length may be 0
+  return mix_hash(value, value, length);
+}
+
 // The kind of a key stands in its highest bits: whatever the hashes are, a tag that is looked up by
 // its attribute's name and by the value does not find one node twice. There is room for each node
 // once. Below that, the children of many parents stand side by side.
@@ -148,6 +158,11 @@ constexpr u32 valued_key(u32 elementKey, u32 valueHash) {
 }
 constexpr u32 bucket_of(u32 key, u32 bucketMask) {
   return (key ^ key >> 16) & bucketMask;
+}
+
+// What a node's parent is told of it.
+constexpr u32 child_flag(u32 key) {
+  return u32{kPlainChildren} << (key >> 30);
 }
 
 // memcmp for the lengths that names have, without a call: two overlapping words at each end.

@@ -92,11 +92,10 @@ bool index_targets(Index& index, const ClXmlParserData& data) {
   if (!start_index(index, data.targetCount)) return false;
   for (u32 i = 0; i < data.targetCount; ++i) {
     const ClXmlTarget& target = data.targets[i];
-    const TargetPath path = {{target.path, target.path == nullptr ? 0 : target.pathLength},
-                             true,
-                             target.kind == 1,
-                             {target.attributeName, target.attributeNameLength}};
-    if (!add_target(index, path, Collect::kMatches, 0)) return false;
+    const TargetKind kind = {target.kind == 1, {target.attributeName, target.attributeNameLength}};
+    if (!add_target(index, {target.path, target.pathLength}, Collect::kMatches, 0, &kind)) {
+      return false;
+    }
   }
   return true;
 }
@@ -160,14 +159,11 @@ bool is_indexable(const ClXmlRequest& request) {
 
 template <typename Parameter>
 bool index_parameters(Index& index, const ClXmlRequest& request, Collect collect) {
-  if (!start_index(index, request.parameterCount)) return false;
-  const Parameter* parameters = static_cast<const Parameter*>(request.parameters);
-  for (u32 i = 0; i < request.parameterCount; ++i) {
-    const Parameter& parameter = parameters[i];
-    const u64 length = parameter.path == nullptr ? 0 : parameter.pathLength;
-    if (!add_target(index, {{parameter.path, length}}, collect, 0)) return false;
-  }
-  return true;
+  static_assert(offsetof(Parameter, path) == offsetof(PathRecord, text) &&
+                offsetof(Parameter, pathLength) == offsetof(PathRecord, length));
+  return start_index(index, request.parameterCount) &&
+         add_targets(index, {request.parameters, sizeof(Parameter), request.parameterCount},
+                     collect);
 }
 
 // One run over a document by the plan that `make_plan` gives. The namespace table is the run's own.
@@ -265,7 +261,7 @@ i32 request_lists(ClXmlRequest* request, u32 flags) {
 bool index_keys(Index& index, std::span<const Key> keys) {
   if (!start_index(index, keys.size())) return false;
   for (const Key& key : keys) {
-    if (!add_target(index, {key.path}, collect_for(key.wanted), key.group)) return false;
+    if (!add_target(index, key.path, collect_for(key.wanted), key.group)) return false;
   }
   return true;
 }
