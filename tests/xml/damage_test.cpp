@@ -113,6 +113,13 @@ TEST(ShortMemory, Paths) {
   }
 }
 
+// The attributes of one element do not fit where those of a usual request stand.
+TEST(ShortMemory, PathsOfManyAttributes) {
+  EngineCase one = {0, {"cmd/a"}, 0, "<?xml ?><cmd>text</cmd>"};
+  for (int i = 0; i < 80; ++i) one.paths.back() += " k" + std::to_string(i) + "=\"v\"";
+  fail_scans(one);
+}
+
 TEST(ShortMemory, PathsOfManyElements) {
   EngineCase one = {0, {"cmd"}, 0, "<?xml ?><cmd>text</cmd>"};
   for (int i = 0; i < 200; ++i) one.paths[0] += "/e" + std::to_string(i);
