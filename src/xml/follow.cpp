@@ -93,12 +93,13 @@ inline bool read_following(const Cursor& cursor, const Shape& shape, FollowingTa
   return tag.close != kNone && tag.close != tag.inside;
 }
 
+// A tag with an attribute.
 inline Tag as_tag(const Cursor& cursor, const Shape& shape, const FollowingTag& following) {
   Tag tag;
   tag.offset = following.value - shape.key.length;
   tag.text = cursor.text + tag.offset;
   tag.nameLength = shape.key.nameLength;
-  tag.valueBegin = shape.hasValue ? shape.key.length : 0;
+  tag.valueBegin = shape.key.length;
   tag.valueEnd = tag.valueBegin + following.valueLength;
   tag.length = following.inside - tag.offset;
   return tag;

@@ -103,6 +103,21 @@ TEST(ShortMemory, Scan) {
   fail_scans(make_large());
 }
 
+// Matches among elements that are alike, of each kind that the scan follows.
+TEST(ShortMemory, Lists) {
+  EngineCase one;
+  one.document = "<?xml ?><cmd>";
+  for (int i = 0; i < 40; ++i) {
+    one.document += "<a k=\"v\"><b>1</b><c l=\"w\">2</c><d>3</d></a><e k=\"v\">4</e>";
+  }
+  one.document += "</cmd>";
+  for (const char* path :
+       {"cmd/a k", "cmd/a k/b", "cmd/a k/c l=\"w\"", "cmd/a k/c l", "cmd/e k=\"v\"", "cmd/a k/d"}) {
+    one.paths = {path, "cmd/none k=\"v\""};
+    fail_scans(one);
+  }
+}
+
 // More paths than the index keeps without allocating, each form of an element by itself.
 TEST(ShortMemory, Paths) {
   for (const char* element : {"", " k", " k=\"v\"", "  k=\"v\" l", "/ k=\"v\"", "/"}) {
