@@ -18,9 +18,9 @@
 #define PXCL_DECLARATION_TIGHT R"(<?xml version="1.0" encoding="utf-8"?>)"
 #define PXCL_DECLARATION_ODD R"(<?xml version="1.0" encoding="job_descriptionutf-8" ?>)"
 
-#define PXCL_ZIRK " xmlns:zirk=\"" PXCL_URI_COMMON "\""
-#define PXCL_VRX " xmlns:vrx=\"" PXCL_URI_VENDOR "\""
-#define PXCL_TOLM " xmlns:tolm=\"" PXCL_URI_PRINT "\""
+#define PXCL_ZIRK PXCL_XMLNS("zirk", PXCL_URI_COMMON)
+#define PXCL_VRX PXCL_XMLNS("vrx", PXCL_URI_VENDOR)
+#define PXCL_TOLM PXCL_XMLNS("tolm", PXCL_URI_PRINT)
 
 #define PXCL_HEAD PXCL_DECLARATION "<cmd" PXCL_ZIRK ">"
 #define PXCL_HEAD_VENDOR PXCL_DECLARATION "<cmd" PXCL_ZIRK PXCL_VRX ">"

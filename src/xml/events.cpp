@@ -137,6 +137,23 @@ bool store_attribute(Scan& scan, u32 number) {
   return record(scan, number, offset, attribute->valueLength, kFound);
 }
 
+// An element without text serves a target that has nothing of it yet; false when memory is short.
+bool serve_once(Scan& scan, u32 number, u32 offset, i32 status) {
+  const Finding& finding = scan.findings[number];
+  const bool served = finding.count != 0 && finding.lastSerial == scan.serial;
+  return served || record(scan, number, offset, 0, status);
+}
+
+// The target that asks for the innermost element's text, where it is the only one, as it mostly is;
+// kNone for several. To be asked for an element that is asked for.
+u32 only_target(const Scan& scan) {
+  if (scan.depth == 0 || scan.standing != 0) return kNone;
+  const OpenElement& top = scan.open[scan.depth - 1];
+  if (scan.aliveTop != top.aliveBegin + 1 || (top.flags & kTrailing) != 0) return kNone;
+  const u32 target = scan.plan.nodes[scan.alive[top.aliveBegin]].elementTargets;
+  return scan.plan.targets[target].next == kNone ? target : kNone;
+}
+
 // An element that ends without text serves the first target of each group that has nothing of it
 // yet.
 bool serve_first_of_groups(Scan& scan, u32 offset, i32 status, u32& first) {
@@ -185,6 +202,8 @@ i32 on_attributes(Scan& scan) {
 }
 
 i32 on_element_end(Scan& scan, u32 offset, i32 status) {
+  const u32 only = only_target(scan);
+  if (only != kNone) return serve_once(scan, only, offset, status) ? kSuccess : kBadArgument;
   u32 first = kNone;
   if (!serve_first_of_groups(scan, offset, status, first)) return kBadArgument;
   return meet_null_paths(scan, first) && first == kNone ? kBadArgument : kSuccess;

@@ -282,6 +282,16 @@ struct LanePlace {
   }
 };
 
+// Whether `text` begins with `other`, which is not shorter than a lane.
+inline bool same_text(const char* text, std::string_view other) {
+  constexpr u32 kAll = (u32{1} << kLane) - 1;
+  const u64 last = other.size() - kLane;
+  for (u64 at = 0; at < last; at += kLane) {
+    if (same_lane(text + at, other.data() + at) != kAll) return false;
+  }
+  return same_lane(text + last, other.data() + last) == kAll;
+}
+
 // The marks of the lane with this number from `bytes` on, in its place.
 inline TagMarks tag_marks(const char* bytes, u32 number) {
   const u32 at = number * kLane;

@@ -14,20 +14,25 @@
 #define PXCL_URI_PRINT PXCL_NAMESPACE_HOST "/ns/wdp/2008/01/print/"
 #define PXCL_URI_VENDOR_2 PXCL_NAMESPACE_HOST "/ns/cmd/2010/05/vaslo/"
 
+// An attribute that declares a namespace, with the blank in front of it.
+#define PXCL_XMLNS(prefix, uri) " xmlns:" prefix "=\"" uri "\""
+
 namespace pxcl::xml {
 
 struct Namespace {
   std::string_view prefix;  // under which requested paths name it
   std::string_view uri;
+  std::string_view declaration;  // of that prefix
 };
+inline constexpr u32 kPrefixAt = 7;  // in a declaration
 
 // The rows of clNsTable.
 inline constexpr u32 kNamespaceCount = 4;
 inline constexpr Namespace kNamespaces[kNamespaceCount] = {
-    {"zirk", PXCL_URI_COMMON},
-    {"vrx", PXCL_URI_VENDOR},
-    {"tolm", PXCL_URI_PRINT},
-    {"ikw", PXCL_URI_VENDOR_2},
+    {"zirk", PXCL_URI_COMMON, PXCL_XMLNS("zirk", PXCL_URI_COMMON)},
+    {"vrx", PXCL_URI_VENDOR, PXCL_XMLNS("vrx", PXCL_URI_VENDOR)},
+    {"tolm", PXCL_URI_PRINT, PXCL_XMLNS("tolm", PXCL_URI_PRINT)},
+    {"ikw", PXCL_URI_VENDOR_2, PXCL_XMLNS("ikw", PXCL_URI_VENDOR_2)},
 };
 
 // The namespace in which qualified names in attribute values are resolved.

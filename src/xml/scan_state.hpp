@@ -318,6 +318,10 @@ i32 on_element_end(Scan& scan, u32 offset, i32 status);
 
 // --- Tags (tags.cpp) -----------------------------------------------------------------------------
 
+// Takes the XML declaration, and behind it the root if it is a "cmd" that declares our namespaces
+// and nothing else; does nothing at the beginning of any other document.
+void take_usual_beginning(Scan& scan);
+
 // "<name attributes>" or "<name attributes/>": `begin` is at "<", `end` at ">".
 i32 start_any_tag(Scan& scan, u32 begin, u32 end);
 // "</name>"

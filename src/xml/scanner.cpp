@@ -3,6 +3,7 @@
 
 #include "xml/scanner.hpp"
 
+#include "xml/document.hpp"
 #include "xml/follow.hpp"
 
 namespace pxcl::xml {
@@ -157,11 +158,25 @@ bool same_last_name(const char* a, const char* b, u32 length) {
   return equal_bytes(a, b, length);
 }
 
+// The end tag of a "cmd", which may be read to its end.
+inline i32 take_root_end(Scan& scan, const Cursor& cursor) {
+  constexpr std::string_view kEndTag = "</cmd>";
+  const OpenElement& root = *cursor.top;
+  if (root.length != kRootName.size() || (root.flags & kElementTargets) != 0 ||
+      std::memcmp(cursor.text + root.offset, kRootName.data(), kRootName.size()) != 0 ||
+      std::memcmp(cursor.text + cursor.at, kEndTag.data(), kEndTag.size()) != 0) {
+    return kUnusual;
+  }
+  scan.position = cursor.at + static_cast<u32>(kEndTag.size()) - 1;
+  return kRootClosed;
+}
+
 // Near the document's end, where no lane can be read: an end tag right behind the one before.
 [[gnu::noinline]] i32 take_last_tag(Scan& scan, Cursor& cursor) {
   const u64 end = u64{cursor.at} + 2 + cursor.top->length;
   const bool isEndTag = end < scan.document.size() && is_end_tag(cursor.text + cursor.at);
-  return isEndTag ? take_end_tag<same_last_name>(scan, cursor) : kUnusual;
+  if (!isEndTag) return kUnusual;
+  return scan.depth == 1 ? take_root_end(scan, cursor) : take_end_tag<same_last_name>(scan, cursor);
 }
 
 // White space and text in front of the next tag.
@@ -220,6 +235,7 @@ bool start_scan(Scan& scan) {
   if (plan.nodes[kRootNode].belowTargets != kNone)
     scan.below.push({kRootNode, 0});  // the first fits
   refresh_standing(scan);
+  take_usual_beginning(scan);
   return true;
 }
 

@@ -1,10 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The pxcl developers
 // SPDX-License-Identifier: Apache-2.0
 
-// Start and end tags of every kind, as the path's rules have them. scanner.cpp takes the usual ones
-// faster.
-
-#include <algorithm>
+// Start and end tags of every kind, as the path's rules have them, and a document's usual
+// beginning. scanner.cpp takes the usual tags faster.
 
 #include "xml/document.hpp"
 #include "xml/marks.hpp"
@@ -74,25 +72,34 @@ struct AttributeReading {
   bool irregular = false;  // the path's text needs the path buffer
 };
 
-void list_declared(Scan& scan) {
+// The first declaration of the namespace in this row of the table. `isOwn`: the prefix is the
+// table's own.
+u16 declare(Scan& scan, u32 row, std::string_view prefix, bool isOwn) {
+  scan.table[row].declaredPrefix = prefix.data();
+  scan.table[row].declaredPrefixLength = prefix.size();
+  u32 at = scan.declaredCount++;
+  for (; at != 0 && scan.declared[at - 1].row > row; --at) {
+    scan.declared[at] = scan.declared[at - 1];
+  }
+  // Only as many bytes are compared as a name's prefix has; behind a short one stands the URI.
+  scan.declared[at] = {load_bytes(prefix.data(), 8), prefix.size(), row, isOwn};
+  return scan.declaredAt[row] = ++scan.generation;
+}
+
+void undeclare_all(Scan& scan) {
+  scan.generation = 0;
   scan.declaredCount = 0;
-  scan.known[0] = scan.known[1] = {};
-  scan.shapes.forget();
   for (u32 row = 0; row < kNamespaceCount; ++row) {
-    if (scan.declaredAt[row] == 0) continue;
-    const ClXmlNameSpaceEntry& entry = scan.table[row];
-    const std::string_view prefix = {entry.declaredPrefix, entry.declaredPrefixLength};
-    // Only as many bytes are compared as a name's prefix has; behind a short one stands the URI.
-    scan.declared[scan.declaredCount++] = {load_bytes(prefix.data(), 8), prefix.size(), row,
-                                           prefix == kNamespaces[row].prefix};
+    scan.declaredAt[row] = 0;
+    scan.table[row].declaredPrefix = nullptr;
+    scan.table[row].declaredPrefixLength = 0;
   }
 }
 
-// The first declaration of the namespace in this row of the table.
-u16 declare(Scan& scan, u32 row, std::string_view prefix) {
-  scan.table[row].declaredPrefix = prefix.data();
-  scan.table[row].declaredPrefixLength = prefix.size();
-  return scan.declaredAt[row] = ++scan.generation;
+// What is kept in mind of the tags before may mean something else behind a declaration.
+void forget_tags(Scan& scan) {
+  scan.known[0] = scan.known[1] = {};
+  scan.shapes.forget();
 }
 
 // The first declaration of a namespace holds for the whole document.
@@ -105,7 +112,7 @@ i32 pick_up_namespace(Scan& scan, std::string_view prefix, std::string_view valu
     if (reading.replay) {
       if (scan.table[i].declaredPrefix == prefix.data()) reading.generation = scan.declaredAt[i];
     } else if (scan.declaredAt[i] == 0) {
-      reading.generation = declare(scan, i, prefix);
+      reading.generation = declare(scan, i, prefix, prefix == kNamespaces[i].prefix);
       if (prefix.front() == '"') scan.quotedPrefix = true;
     }
     return kSuccess;
@@ -192,7 +199,7 @@ i32 read_attributes(Scan& scan, AttributeReading& reading) {
     ++kept;
   }
   scan.attributes.size = kept;
-  if (scan.generation != generation) list_declared(scan);
+  if (scan.generation != generation) forget_tags(scan);
   return kept <= kFewAttributes || index_attributes(scan) ? kSuccess : kNoMemory;
 }
 
@@ -338,69 +345,6 @@ i32 begin_tag(Scan& scan, StartTag& tag, u32 insideEnd) {
   return is_root_allowed(scan, tag.written) ? kSuccess : kWrongRoot;
 }
 
-// --- The usual root ------------------------------------------------------------------------------
-
-// The namespaces that a root declares, by row, before any of them counts.
-struct Declarations {
-  u32 rows[kNamespaceCount];
-  std::string_view prefixes[kNamespaceCount];
-  u32 count = 0;
-
-  bool has(u32 row) const { return std::find(rows, rows + count, row) != rows + count; }
-};
-
-// The row whose URI `text` begins with, spelled as in the table and followed by a double quote;
-// kNone without one.
-u32 find_quoted_uri(std::string_view text) {
-  for (u32 row = 0; row < kNamespaceCount; ++row) {
-    const std::string_view uri = kNamespaces[row].uri;
-    if (text.size() > uri.size() && text[uri.size()] == '"' &&
-        equal_text(text.data(), uri.data(), uri.size())) {
-      return row;
-    }
-  }
-  return kNone;
-}
-
-bool is_prefix_byte(char byte) {
-  return static_cast<u8>(byte) > '/' && byte != ':' && byte != '<' && byte != '=';
-}
-
-// Reads ` xmlns:prefix="URI"` at the beginning of `text` and takes it away; false for all that is
-// not quite so.
-bool read_usual_declaration(std::string_view& text, Declarations& found) {
-  constexpr std::string_view kBegin = " xmlns:";
-  if (!text.starts_with(kBegin)) return false;
-  std::size_t end = kBegin.size();
-  while (end < text.size() && is_prefix_byte(text[end])) ++end;
-  const std::string_view prefix = slice(text, kBegin.size(), end - kBegin.size());
-  if (prefix.empty() || text.size() - end < 2 || text[end] != '=' || text[end + 1] != '"') {
-    return false;
-  }
-  text = from(text, end + 2);
-  const u32 row = find_quoted_uri(text);
-  if (row == kNone || found.has(row)) return false;
-  found.rows[found.count] = row;
-  found.prefixes[found.count++] = prefix;
-  text = from(text, kNamespaces[row].uri.size() + 1);
-  return true;
-}
-
-// Takes the attributes of a "cmd" that declares our namespaces and nothing else, the first tag of a
-// document; false, with nothing done, for any other.
-bool take_usual_root(Scan& scan, std::string_view inside) {
-  if (scan.depth != 0 || !inside.starts_with(kRootName)) return false;
-  Declarations found;
-  std::string_view rest = from(inside, kRootName.size());
-  if (rest.empty()) return false;
-  while (!rest.empty()) {
-    if (!read_usual_declaration(rest, found)) return false;
-  }
-  for (u32 i = 0; i < found.count; ++i) declare(scan, found.rows[i], found.prefixes[i]);
-  list_declared(scan);
-  return true;
-}
-
 // --- End tags ------------------------------------------------------------------------------------
 
 // The innermost element as the path spells it, without its attributes.
@@ -475,18 +419,95 @@ i32 close_element(Scan& scan, std::string_view name) {
   return kSuccess;
 }
 
+// --- The usual beginning -------------------------------------------------------------------------
+
+// The row whose URI `text` begins with, spelled as in the table and followed by a double quote;
+// kNone without one.
+u32 find_quoted_uri(std::string_view text) {
+  for (u32 row = 0; row < kNamespaceCount; ++row) {
+    const std::string_view uri = kNamespaces[row].uri;
+    if (text.size() > uri.size() && text[uri.size()] == '"' && same_text(text.data(), uri)) {
+      return row;
+    }
+  }
+  return kNone;
+}
+
+bool is_prefix_byte(char byte) {
+  return static_cast<u8>(byte) > '>' || (static_cast<u8>(byte) > '/' && byte < ':') || byte == ';';
+}
+
+// Takes the declaration of a namespace's own prefix away from the beginning of `text`.
+bool take_own_declaration(Scan& scan, std::string_view& text) {
+  for (u32 row = 0; row < kNamespaceCount; ++row) {
+    const Namespace& own = kNamespaces[row];
+    if (text.size() < own.declaration.size() || !same_text(text.data(), own.declaration)) continue;
+    if (scan.declaredAt[row] != 0) return false;
+    declare(scan, row, slice(text, kPrefixAt, own.prefix.size()), true);
+    text = from(text, own.declaration.size());
+    return true;
+  }
+  return false;
+}
+
+// The same for any prefix, up to which the declaration begins as an own one does.
+bool take_other_declaration(Scan& scan, std::string_view& text) {
+  if (!text.starts_with(slice(kNamespaces[0].declaration, 0, kPrefixAt))) return false;
+  std::size_t end = kPrefixAt;
+  while (end < text.size() && is_prefix_byte(text[end])) ++end;
+  const std::string_view prefix = slice(text, kPrefixAt, end - kPrefixAt);
+  if (prefix.empty() || !from(text, end).starts_with("=\"")) return false;
+  const std::string_view value = from(text, end + 2);
+  const u32 row = find_quoted_uri(value);
+  if (row == kNone || scan.declaredAt[row] != 0) return false;
+  declare(scan, row, prefix, false);  // its own one is not read here
+  text = from(value, kNamespaces[row].uri.size() + 1);
+  return true;
+}
+
+// Opens the root element "cmd", whose name is at `offset`.
+void open_usual_root(Scan& scan, u32 offset) {
+  constexpr u32 kLength = kRootName.size();
+  constexpr u32 kKey = element_key(kRootNode, hash_bytes(kRootName.data(), kLength), kPlainKey);
+  ++scan.serial;
+  // Only the slow look at an end tag may close the root.
+  scan.open[scan.depth++] = {offset, kLength, scan.aliveTop, kNoGeneration, scan.standing};
+  u32 found = scan.plan.buckets[bucket_of(kKey, scan.plan.bucketMask)];
+  for (; found != kNone; found = scan.plan.nodes[found].nextInBucket) {
+    const Node& node = scan.plan.nodes[found];
+    if (node.key != kKey || node.parent != kRootNode || node.nameLength != kLength) continue;
+    if (std::memcmp(node.text, kRootName.data(), kLength) != 0) continue;
+    if ((node.flags & kImpossible) == 0) add_alive(scan, found);  // one node, and there is room
+  }
+}
+
 }  // namespace
+
+void take_usual_beginning(Scan& scan) {
+  const char* end = find_byte(scan.document, '>');
+  if (end == nullptr) return;
+  const char* begin = scan.document.data();
+  std::string_view rest =
+      trim_begin(from(scan.document, static_cast<std::size_t>(end - begin) + 1));
+  if (!rest.starts_with('<') || !from(rest, 1).starts_with(kRootName)) return;
+  const u32 name = static_cast<u32>(rest.data() - begin) + 1;
+  rest = from(rest, 1 + kRootName.size());
+  while (rest.starts_with(' ')) {
+    if (!take_own_declaration(scan, rest) && !take_other_declaration(scan, rest)) break;
+  }
+  if (rest.starts_with('>')) {
+    open_usual_root(scan, name);
+    scan.at = static_cast<u32>(rest.data() - begin) + 1;
+    return;
+  }
+  undeclare_all(scan);
+}
 
 // "<name attributes>" or "<name attributes/>": `begin` is at "<", `end` at ">".
 i32 start_any_tag(Scan& scan, u32 begin, u32 end) {
   const std::string_view document = scan.document;
   const bool isEmpty = document[end - 1] == '/';
   const u32 insideEnd = isEmpty ? end - 1 : end;
-  if (!isEmpty && take_usual_root(scan, slice(document, begin + 1, insideEnd - begin - 1))) {
-    ++scan.serial;
-    return push_regular(scan,
-                        {slice(document, begin + 1, kRootName.size()), {}, kNone, kNone, false}, 0);
-  }
   const NameExtent name = measure_name(document, begin + 1, insideEnd);
   StartTag tag = {slice(document, begin + 1, name.length), {}, name.colon, kNone, name.irregular};
   i32 status = begin_tag(scan, tag, insideEnd);
