@@ -11,13 +11,12 @@
 
 namespace pxcl::keyed {
 
-// Scans `document` once for every key; kOk or kBadArgument. The answers own their ranges: these
-// go when they do, on success and failure alike.
+// Scans `document` once for every key; kOk or kBadArgument.
 i32 ask(std::string_view document, std::span<const xml::Key> keys, std::span<xml::Answer> answers);
 
 // The same for keys that `plan` was made of.
 i32 ask(std::string_view document, const xml::Plan& plan, std::span<xml::Answer> answers,
-        u64* stopPosition = nullptr);
+        u64* stopPosition = nullptr, const xml::Reader* readers = nullptr);
 
 // Keys, and their answers, whose number is known at run time only.
 class KeyList {
@@ -28,26 +27,26 @@ class KeyList {
   KeyList() = default;
   KeyList(const KeyList&) = delete;
   KeyList& operator=(const KeyList&) = delete;
-  ~KeyList();
+  ~KeyList() { xml::release(answers()); }
 
-  std::span<xml::Key> keys() const { return {keys_.get(), answers_.size()}; }
-  std::span<xml::Answer> answers() const { return answers_; }
+  std::span<xml::Key> keys() const { return {keys_.get(), count_}; }
+  std::span<xml::Answer> answers() const { return {answers_.get(), count_}; }
 
  private:
   Owned<xml::Key> keys_;
-  std::span<xml::Answer> answers_ = {};
+  Owned<xml::Answer> answers_;
+  u64 count_ = 0;
 };
 
 inline bool is_found(const xml::Answer& key) {
-  return key.status == xml::kFound;
+  return key.firstStatus == xml::kFound;
 }
 // Found, or there but empty in either form.
 inline bool is_present(const xml::Answer& key) {
-  return key.status == xml::kFound || key.status == xml::kEmptyElement ||
-         key.status == xml::kEmptyTag;
+  return key.count != 0;
 }
 inline std::string_view text_of(std::string_view document, const xml::Answer& key) {
-  return slice(document, key.offset, key.length);
+  return slice(document, key.firstOffset, key.firstLength);
 }
 inline std::string_view text_of(std::string_view document, const ClXmlValueRange& range) {
   return slice(document, range.offset, range.length);

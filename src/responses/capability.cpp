@@ -18,21 +18,20 @@ i32 read_item(std::string_view document, std::span<const Answer, kNameSpaceCount
   return status;
 }
 
-bool KeywordTexts::attend(const KeywordElements& elements, std::span<Answer> keys) {
+bool KeywordTexts::attend(const KeywordElements& elements, std::span<Reader> readers) {
   const u64 rowCount = *elements.dictionary.rowCount;
   elementCount_ = elements.paths.size();
-  rows_ = Owned<First>::allocate(keys.size() * rowCount);
+  rows_ = Owned<First>::allocate(readers.size() * rowCount);
   if (!rows_) return false;
-  for (u64 i = 0; i < keys.size(); ++i) {
+  for (u64 i = 0; i < readers.size(); ++i) {
     columns_[i] = {elements.dictionary, rows_.get() + i * rowCount};
-    keys[i].take = take;
-    keys[i].reader = &columns_[i];
+    readers[i] = {take, &columns_[i]};
   }
   return true;
 }
 
-void KeywordTexts::take(void* reader, const xml::EachText& text) {
-  Column& column = *static_cast<Column*>(reader);
+void KeywordTexts::take(void* self, const xml::EachText& text) {
+  Column& column = *static_cast<Column*>(self);
   const auto keep = [&](u64 row) {
     First& first = column.rows[row];
     if (first.offset == 0) first = {static_cast<u32>(text.offset), static_cast<u32>(text.length)};

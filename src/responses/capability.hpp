@@ -14,6 +14,7 @@
 namespace pxcl::responses {
 
 using keyed::kNameSpaceCount;
+using xml::Reader;
 
 // The values of one item, in the order in which indices count them.
 struct Entries {
@@ -72,9 +73,9 @@ class KeywordTexts {
   KeywordTexts(const KeywordTexts&) = delete;
   KeywordTexts& operator=(const KeywordTexts&) = delete;
 
-  // Makes the elements' keys, which ask_for_elements() has set, hand their texts to this. False when
-  // memory is short. To be called once.
-  bool attend(const KeywordElements& elements, std::span<Answer> keys);
+  // Makes the readers of the elements' keys, which ask_for_elements() has set, hand their texts to
+  // this. False when memory is short. To be called once.
+  bool attend(const KeywordElements& elements, std::span<Reader> readers);
   void texts_of(std::string_view document, const ItemEntry& keyword, ElementTexts& texts) const;
 
  private:
@@ -120,7 +121,7 @@ struct SizeReply {
   KeywordTexts elements;
 
   // Before the scan, for the elements.
-  bool attend(std::span<Answer, kSizeKeys> keys);
+  bool attend(std::span<Reader, kSizeKeys> readers);
   // After it; kNothingListed when there is no size.
   i32 read_list(std::string_view document, std::span<const Answer, kSizeKeys> keys);
   i32 decode(std::string_view document, const ItemEntry& size, ClssPaperSize& record) const;
@@ -153,7 +154,7 @@ struct TypeReply {
   KeywordTexts elements;
 
   // As those of SizeReply.
-  bool attend(std::span<Answer, kTypeKeys> keys);
+  bool attend(std::span<Reader, kTypeKeys> readers);
   i32 read_list(std::string_view document, std::span<const Answer, kTypeKeys> keys);
   i32 decode(std::string_view document, const ItemEntry& type, ClssMediaType& record) const;
 };

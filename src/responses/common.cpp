@@ -117,10 +117,10 @@ void clear_record(ClssResponseCommon& record) {
 }
 
 i32 parse_head(std::string_view document, u64& position, ClssResponseCommon& record) {
-  Answer keys[kAllKeys];
-  const std::span all(keys);
+  Answers<kKeys> answers;
+  const std::span all = answers.all();
   u64 stop = 0;
-  i32 status = keyed::ask(document, kPlan.plan(), keys, &stop);
+  i32 status = keyed::ask(document, kPlan.plan(), all, &stop);
   if (status != kOk) return status;
   status =
       read_operation(document, all.first<kOperationKeys>(), record.operation, record.serviceType);

@@ -20,6 +20,7 @@ using keyed::is_present;
 using keyed::kUnknownIndex;
 using keyed::text_of;
 using xml::Answer;
+using xml::Answers;
 using xml::Key;
 
 inline constexpr i32 kOk = 0;
@@ -54,7 +55,7 @@ inline u16 index_in(const Dictionary& dictionary, std::string_view text) {
 }
 
 inline std::span<const ClXmlValueRange> ranges_of(const Answer& list) {
-  return {list.ranges.get(), list.ranges ? list.rangeCount : 0u};
+  return {static_cast<const ClXmlValueRange*>(list.list), list.count};
 }
 
 // --- What a reply answers ------------------------------------------------------------------------

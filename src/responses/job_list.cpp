@@ -39,10 +39,10 @@ int32_t CLSS_ParseJobIDListResponse(const char* document, uint64_t length, char 
                                     int32_t* count) {
   if (length == 0 || document == nullptr || count == nullptr) return kBadArgument;
   const std::string_view reply(document, length);
-  Answer jobs[1];
-  const i32 status = keyed::ask(reply, kPlan.plan(), jobs);
+  Answers<kKeys> jobs;
+  const i32 status = keyed::ask(reply, kPlan.plan(), jobs.all());
   if (status != kOk) return status;
-  const std::span<const ClXmlValueRange> ranges = ranges_of(jobs[0]);
+  const std::span<const ClXmlValueRange> ranges = ranges_of(jobs.all()[0]);
   if (slots == nullptr || *count < 1) {
     *count = static_cast<i32>(ranges.size());
     return kOk;

@@ -121,10 +121,12 @@ i32 decode_type(const ItemEntry& type, const ElementTexts& texts, const Entries&
 
 // Reads the lists and, where they are wanted, the types' elements: one scan.
 i32 read_reply(std::string_view document, bool withElements, TypeReply& reply) {
-  Answer keys[std::size(kKeys)];
-  const std::span all(keys);
-  if (withElements && !reply.attend(all.subspan<kCheckKeys>())) return kNoMemory;
-  i32 status = keyed::ask(document, kPlan.plan(), keys);
+  Answers<kKeys> answers;
+  const std::span all = answers.all();
+  Reader readers[std::size(kKeys)];
+  const std::span attended(readers);
+  if (withElements && !reply.attend(attended.subspan<kCheckKeys>())) return kNoMemory;
+  i32 status = keyed::ask(document, kPlan.plan(), all, nullptr, withElements ? readers : nullptr);
   if (status == kOk) status = check_reply(document, all.first<kCheckKeys>());
   return status == kOk ? reply.read_list(document, all.subspan<kCheckKeys>()) : status;
 }
@@ -195,8 +197,8 @@ i32 parse_map(std::string_view document, u16 panelMedia, ClssMediaMap& map) {
 
 }  // namespace
 
-bool TypeReply::attend(std::span<Answer, kTypeKeys> keys) {
-  return elements.attend({kTypeElements, kTypes}, keys.subspan<kTypeListKeys>());
+bool TypeReply::attend(std::span<Reader, kTypeKeys> readers) {
+  return elements.attend({kTypeElements, kTypes}, readers.subspan<kTypeListKeys>());
 }
 
 i32 TypeReply::read_list(std::string_view document, std::span<const Answer, kTypeKeys> keys) {

@@ -129,7 +129,7 @@ int32_t getOperation_ServiceType(const char* document, uint64_t length, uint16_t
     return kBadArgument;
   }
   const std::string_view reply(document, length);
-  Answer keys[kOperationKeys];
-  const i32 status = keyed::ask(reply, kPlan.plan(), keys);
-  return status == kOk ? read_operation(reply, keys, *operation, *serviceType) : status;
+  Answers<kKeys> answers;
+  const i32 status = keyed::ask(reply, kPlan.plan(), answers.all());
+  return status == kOk ? read_operation(reply, answers.all(), *operation, *serviceType) : status;
 }

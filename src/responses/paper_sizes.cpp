@@ -87,10 +87,12 @@ i32 decode_size(const ItemEntry& size, const ElementTexts& texts, ClssPaperSize&
 
 // Reads the list and, where they are wanted, the sizes' elements: one scan.
 i32 read_reply(std::string_view document, bool withElements, SizeReply& reply) {
-  Answer keys[std::size(kKeys)];
-  const std::span all(keys);
-  if (withElements && !reply.attend(all.subspan<kCheckKeys>())) return kNoMemory;
-  i32 status = keyed::ask(document, kPlan.plan(), keys);
+  Answers<kKeys> answers;
+  const std::span all = answers.all();
+  Reader readers[std::size(kKeys)];
+  const std::span attended(readers);
+  if (withElements && !reply.attend(attended.subspan<kCheckKeys>())) return kNoMemory;
+  i32 status = keyed::ask(document, kPlan.plan(), all, nullptr, withElements ? readers : nullptr);
   if (status == kOk) status = check_reply(document, all.first<kCheckKeys>());
   return status == kOk ? reply.read_list(document, all.subspan<kCheckKeys>()) : status;
 }
@@ -121,8 +123,8 @@ i32 parse_all_sizes(std::string_view document, ClssPaperSize* records, i32& coun
 
 }  // namespace
 
-bool SizeReply::attend(std::span<Answer, kSizeKeys> keys) {
-  return elements.attend({kSizeElements, kSizes}, keys.subspan<kSizeListKeys>());
+bool SizeReply::attend(std::span<Reader, kSizeKeys> readers) {
+  return elements.attend({kSizeElements, kSizes}, readers.subspan<kSizeListKeys>());
 }
 
 i32 SizeReply::read_list(std::string_view document, std::span<const Answer, kSizeKeys> keys) {

@@ -40,15 +40,17 @@ i32 find_entry(std::string_view document, const Reply& reply, std::span<const It
 
 i32 find_printable(std::string_view document, u16 type, u16 size, ClssMediaType& media,
                    ClssPaperSize& paper) {
-  Answer keys[std::size(kKeys)];
-  const std::span all(keys);
+  Answers<kKeys> answers;
+  const std::span all = answers.all();
+  Reader readers[std::size(kKeys)];
+  const std::span attended(readers);
   TypeReply types;
   SizeReply sizes;
-  if (!types.attend(all.subspan<kTypesAt, kTypeKeys>()) ||
-      !sizes.attend(all.subspan<kSizesAt, kSizeKeys>())) {
+  if (!types.attend(attended.subspan<kTypesAt, kTypeKeys>()) ||
+      !sizes.attend(attended.subspan<kSizesAt, kSizeKeys>())) {
     return kNoMemory;
   }
-  i32 status = keyed::ask(document, kPlan.plan(), keys);
+  i32 status = keyed::ask(document, kPlan.plan(), all, nullptr, readers);
   if (status == kOk) status = check_reply(document, all.first<kCheckKeys>());
   if (status == kOk) status = types.read_list(document, all.subspan<kTypesAt, kTypeKeys>());
   if (status == kOk) status = sizes.read_list(document, all.subspan<kSizesAt, kSizeKeys>());

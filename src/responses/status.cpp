@@ -310,18 +310,19 @@ i32 read_status(std::string_view document, std::span<const Answer> keys, ClssSta
 
 i32 parse_print(std::string_view document, ClssStatus& record) {
   clear_status(record);
-  Answer keys[kStatusAndJobKeys];
-  const i32 status = keyed::ask(document, kStatusPlan.plan(), keys);
-  return status == kOk ? read_status(document, keys, record) : status;
+  Answers<kStatusKeys> answers;
+  const i32 status = keyed::ask(document, kStatusPlan.plan(), answers.all());
+  return status == kOk ? read_status(document, answers.all(), record) : status;
 }
 
 i32 parse_print_job(std::string_view document, std::string_view jobID, ClssStatus& record) {
   clear_status(record);
-  Answer keys[kStatusAndJobKeys];
+  Answers<kStatusKeys> answers;
+  const std::span keys = answers.all();
   i32 status = keyed::ask(document, kStatusPlan.plan(), keys);
   if (status == kOk) status = read_status(document, keys, record);
   if (status != kOk) return status;
-  return read_job(document, std::span(keys).subspan<kPrintJobAt>(), jobID, record);
+  return read_job(document, keys.subspan<kPrintJobAt>(), jobID, record);
 }
 
 // --- What the wrappers hand out ------------------------------------------------------------------
@@ -380,7 +381,8 @@ int32_t CLSS_ParseStatusResponseMaintenance(const char* document, uint64_t lengt
     return kBadArgument;
   }
   const std::string_view reply(document, length);
-  Answer keys[kJobKeys];
+  Answers<kMaintenanceKeys> answers;
+  const std::span keys = answers.all();
   const i32 status = keyed::ask(reply, kMaintenancePlan.plan(), keys);
   if (status != kOk) return status;
   return read_job(reply, keys, {jobID, std::strlen(jobID)}, *record);

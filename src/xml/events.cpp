@@ -30,12 +30,11 @@ inline bool append(Finding& finding, const Record& record) {
 }
 
 void give(const Scan& scan, u32 number, u32 offset, u32 length, i32 status) {
+  if (scan.readers == nullptr) return;
   const Finding& finding = scan.findings[number];
   const char* text = (finding.flags & kKeyInPath) != 0 ? scan.path.begin() : scan.document.data();
-  const Answer& answer = scan.answers[number];
-  if (answer.take == nullptr) return;
-  answer.take(answer.reader,
-              {{text + finding.keyBegin, finding.keyLength}, offset, length, status});
+  const Reader& reader = scan.readers[number];
+  reader.take(reader.self, {{text + finding.keyBegin, finding.keyLength}, offset, length, status});
 }
 
 }  // namespace
@@ -137,11 +136,10 @@ bool store_attribute(Scan& scan, u32 number) {
   return record(scan, number, offset, attribute->valueLength, kFound);
 }
 
-// An element without text serves a target that has nothing of it yet; false when memory is short.
-bool serve_once(Scan& scan, u32 number, u32 offset, i32 status) {
+// Whether a target has something of the innermost element already.
+bool is_served(const Scan& scan, u32 number) {
   const Finding& finding = scan.findings[number];
-  const bool served = finding.count != 0 && finding.lastSerial == scan.serial;
-  return served || record(scan, number, offset, 0, status);
+  return finding.count != 0 && finding.lastSerial == scan.serial;
 }
 
 // The target that asks for the innermost element's text, where it is the only one, as it mostly is;
@@ -159,9 +157,8 @@ u32 only_target(const Scan& scan) {
 bool serve_first_of_groups(Scan& scan, u32 offset, i32 status, u32& first) {
   const auto each_candidate = [&](const auto& visit) {
     visit_element_targets(scan, [&](u32 number) {
-      const Finding& finding = scan.findings[number];
-      const bool served = finding.count != 0 && finding.lastSerial == scan.serial;
-      if (!served) visit(number, scan.firstOfGroup[scan.plan.targets[number].group]);
+      if (!is_served(scan, number))
+        visit(number, scan.firstOfGroup[scan.plan.targets[number].group]);
       return true;
     });
   };
@@ -203,7 +200,10 @@ i32 on_attributes(Scan& scan) {
 
 i32 on_element_end(Scan& scan, u32 offset, i32 status) {
   const u32 only = only_target(scan);
-  if (only != kNone) return serve_once(scan, only, offset, status) ? kSuccess : kBadArgument;
+  if (only != kNone) {
+    const bool stored = is_served(scan, only) || record(scan, only, offset, 0, status);
+    return stored ? kSuccess : kBadArgument;
+  }
   u32 first = kNone;
   if (!serve_first_of_groups(scan, offset, status, first)) return kBadArgument;
   return meet_null_paths(scan, first) && first == kNone ? kBadArgument : kSuccess;

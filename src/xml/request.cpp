@@ -49,8 +49,6 @@ class Findings {
     return true;
   }
   Finding* begin() { return findings_.begin(); }
-  const Finding* begin() const { return findings_.begin(); }
-  const Finding* end() const { return findings_.end(); }
   const Finding& operator[](u32 target) const {
     return target < findings_.size ? findings_[target] : kNothing;
   }
@@ -166,9 +164,10 @@ bool index_parameters(Index& index, const ClXmlRequest& request, Collect collect
                      collect);
 }
 
-// One run over a document by the plan that `make_plan` gives. The namespace table is the run's own.
+// One run over a document by the plan that `make_plan` gives; false from there: memory is short. It
+// may set `results`.
 template <typename MakePlan>
-ScanOutcome run(std::string_view document, u32 flags, Findings& findings, const Answer* answers,
+ScanOutcome run(std::string_view document, u32 flags, const Results& results,
                 const MakePlan& make_plan) {
   const Declaration declaration = check_declaration(document);
   ScanOutcome outcome;
@@ -177,19 +176,21 @@ ScanOutcome run(std::string_view document, u32 flags, Findings& findings, const 
   if (declaration.status != kSuccess) return outcome;
   outcome.status = kNoMemory;
   Plan plan;
-  if (!make_plan(plan) || !findings.reserve(plan.targetCount)) return outcome;
-  ClXmlNameSpaceEntry table[sizeof clNsTable / sizeof clNsTable[0]];
-  std::memcpy(table, clNsTable, sizeof table);
-  return scan_indexed(plan, {findings.begin(), answers}, document, flags, table);
+  if (!make_plan(plan)) return outcome;
+  ClXmlNameSpaceEntry table[kNamespaceCount];  // the run's own; it writes what it reads
+  return scan_indexed(plan, results, document, flags, table);
 }
 
 // One run over a valid request's document.
 template <typename Parameter>
 ScanOutcome run_request(Findings& findings, ClXmlRequest& request, Collect collect, u32 flags) {
   Index index;
+  Results results = {};
   const ScanOutcome outcome =
-      run({request.document, request.documentLength}, flags, findings, nullptr, [&](Plan& plan) {
+      run({request.document, request.documentLength}, flags, results, [&](Plan& plan) {
         if (!index_parameters<Parameter>(index, request, collect)) return false;
+        if (!findings.reserve(request.parameterCount)) return false;
+        results.findings = findings.begin();
         plan = index.plan();
         return true;
       });
@@ -266,47 +267,37 @@ bool index_keys(Index& index, std::span<const Key> keys) {
   return true;
 }
 
-void fill(Answer& answer, const Finding& finding) {
-  answer.status = finding.firstStatus;
-  answer.offset = finding.firstOffset;
-  answer.length = finding.firstLength;
-  if (finding.list == nullptr) return;
-  answer.ranges.reset(static_cast<ClXmlValueRange*>(finding.list));
-  answer.rangeCount = finding.count;
-}
-
 template <typename MakePlan>
-i32 scan(std::string_view document, u32 flags, std::span<Answer> answers, u64* stopPosition,
+i32 scan(std::string_view document, u32 flags, const Results& results, u64* stopPosition,
          const MakePlan& make_plan) {
   if (document.empty() || !fits(document)) return kBadArgument;
-  Findings findings;
-  const ScanOutcome outcome = run(document, flags, findings, answers.data(), make_plan);
-  // Most of what a reply is asked for it does not have.
-  Answer* answer = answers.data();
-  for (const Finding& finding : findings) {
-    if (finding.count != 0) fill(*answer, finding);
-    ++answer;
-  }
+  const ScanOutcome outcome = run(document, flags, results, make_plan);
   if (stopPosition != nullptr) *stopPosition = outcome.stopPosition;
   return outcome.status;
+}
+
+void clear(std::span<Answer> answers) {
+  std::memset(static_cast<void*>(answers.data()), 0, answers.size_bytes());
 }
 
 }  // namespace
 
 i32 scan(std::string_view document, u32 flags, std::span<const Key> keys, std::span<Answer> answers,
-         u64* stopPosition) {
+         u64* stopPosition, const Reader* readers) {
   if (keys.empty()) return kBadArgument;
+  clear(answers);
   Index index;
-  return scan(document, flags, answers, stopPosition, [&](Plan& plan) {
+  return scan(document, flags, {answers.data(), readers}, stopPosition, [&](Plan& plan) {
     if (!index_keys(index, keys)) return false;
     plan = index.plan();
     return true;
   });
 }
 
-i32 scan(std::string_view document, const Plan& fixed, std::span<Answer> answers,
-         u64* stopPosition) {
-  return scan(document, 0, answers, stopPosition, [&](Plan& plan) {
+i32 scan(std::string_view document, const Plan& fixed, std::span<Answer> answers, u64* stopPosition,
+         const Reader* readers) {
+  clear(answers);
+  return scan(document, 0, {answers.data(), readers}, stopPosition, [&](Plan& plan) {
     plan = fixed;
     return true;
   });

@@ -6,10 +6,14 @@
 
 #pragma once
 
+#include <algorithm>
+#include <iterator>
+
 #include "clxml.h"
 #include "util/owned.hpp"
 #include "util/types.hpp"
 #include "xml/plan.hpp"
+#include "xml/scanner.hpp"
 
 namespace pxcl::xml {
 
@@ -52,26 +56,57 @@ struct Key {
   u32 group = 0;
 };
 
-// The answer to a key; it holds one at most.
-struct Answer {
-  // Wanted::kEach: takes the texts, in the order of the document; null: nobody wants them.
-  void (*take)(void* reader, const EachText& text) = nullptr;
-  void* reader = nullptr;
-
-  Owned<ClXmlValueRange> ranges = {};  // Wanted::kAll: every match; null when there is none
-  u32 rangeCount = 0;
-  i32 status = 0;  // of the first match; 0 without one
-  u32 offset = 0;  // of the first match, in bytes from the start of the document
-  u32 length = 0;
+// Takes the texts of a key of Wanted::kEach, in the order of the document.
+struct Reader {
+  void (*take)(void* self, const EachText& text);
+  void* self;
 };
 
-// Scans the document once for every key; the answers are in the keys' order. `flags` is 0 or
+// The answer to a key, all zeros when nothing is found. The list of Wanted::kAll is the caller's:
+// ranges, or null without a match.
+using Answer = Finding;
+
+inline void release(std::span<Answer> answers) {
+  for (Answer& answer : answers) Owned<char>(static_cast<char*>(answer.list));
+}
+
+// Answers to keys that are known when the library is compiled, and the lists that they hold.
+template <const auto& kKeys>
+class Answers {
+ public:
+  Answers() {
+    for (Answer& answer : lists()) answer.list = nullptr;  // for a scan that is not come to
+  }
+  Answers(const Answers&) = delete;
+  Answers& operator=(const Answers&) = delete;
+  ~Answers() { release(lists()); }
+
+  std::span<Answer, std::size(kKeys)> all() { return answers_; }
+
+ private:
+  static constexpr bool holds_list(const Key& key) { return key.wanted == Wanted::kAll; }
+
+  // From the first one that holds a list to the last.
+  std::span<Answer> lists() {
+    constexpr auto kFirst = std::find_if(std::begin(kKeys), std::end(kKeys), holds_list);
+    constexpr auto kLast = std::find_if(std::rbegin(kKeys), std::rend(kKeys), holds_list);
+    constexpr std::size_t kBegin = static_cast<std::size_t>(kFirst - std::begin(kKeys));
+    constexpr std::size_t kEnd = static_cast<std::size_t>(std::rend(kKeys) - kLast);
+    return std::span(answers_).subspan(kBegin, kEnd == 0 ? 0 : kEnd - kBegin);
+  }
+
+  Answer answers_[std::size(kKeys)];  // scan() sets them
+};
+
+// Scans the document once for every key. The answers are in the keys' order, and set anew; `readers`
+// is null, or as many, of which those of Wanted::kEach are looked at. `flags` is 0 or
 // CL_XML_COM_FLAG; the result is that of ClXmlParse, and answers keep what was found before a
 // failure.
 i32 scan(std::string_view document, u32 flags, std::span<const Key> keys, std::span<Answer> answers,
-         u64* stopPosition);
+         u64* stopPosition, const Reader* readers = nullptr);
 
 // The same for keys that a plan was made of beforehand.
-i32 scan(std::string_view document, const Plan& plan, std::span<Answer> answers, u64* stopPosition);
+i32 scan(std::string_view document, const Plan& plan, std::span<Answer> answers, u64* stopPosition,
+         const Reader* readers = nullptr);
 
 }  // namespace pxcl::xml

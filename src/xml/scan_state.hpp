@@ -104,14 +104,14 @@ struct Scan {
        ClXmlNameSpaceEntry* run)
       : plan(paths),
         findings(wanted.findings),
-        answers(wanted.answers),
+        readers(wanted.readers),
         document(text),
         flags(runFlags),
         table(run) {}
 
   Plan plan;
   Finding* findings;      // one a target
-  const Answer* answers;  // likewise, where some target is of Collect::kEach
+  const Reader* readers;  // likewise, or null
   std::string_view document;
   u32 flags;
   ClXmlNameSpaceEntry* table;  // the run's copy of clNsTable

@@ -32,12 +32,13 @@ struct Finding {
   u8 flags;
 };
 
-struct Answer;
+struct Reader;
 
-// Where a scan puts what it finds: zeroed findings, one a target, and the readers of Collect::kEach.
+// Where a scan puts what it finds: zeroed findings, one a target, and as many readers, or null, for
+// those of Collect::kEach.
 struct Results {
   Finding* findings;
-  const Answer* answers;
+  const Reader* readers;
 };
 
 // What a scan leaves behind beside its findings.

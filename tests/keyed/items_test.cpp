@@ -15,17 +15,21 @@
 // The linker sends the layer's scans through here (see CMakeLists.txt).
 #define SCAN                                                                   \
   "_ZN4pxcl3xml4scanESt17basic_string_viewIcSt11char_traitsIcEEjSt4spanIKNS0_" \
-  "3KeyELm18446744073709551615EES5_INS0_6AnswerELm18446744073709551615EEPm"
+  "3KeyELm18446744073709551615EES5_INS0_7FindingELm18446744073709551615EEPmPK" \
+  "NS0_6ReaderE"
 using Keys = std::span<const pxcl::xml::Key>;
 using Answers = std::span<pxcl::xml::Answer>;
-pxcl::i32 real_scan(std::string_view, pxcl::u32, Keys, Answers, pxcl::u64*) asm("__real_" SCAN);
-pxcl::i32 counted_scan(std::string_view, pxcl::u32, Keys, Answers, pxcl::u64*) asm("__wrap_" SCAN);
+using Readers = const pxcl::xml::Reader*;
+pxcl::i32 real_scan(std::string_view, pxcl::u32, Keys, Answers, pxcl::u64*,
+                    Readers) asm("__real_" SCAN);
+pxcl::i32 counted_scan(std::string_view, pxcl::u32, Keys, Answers, pxcl::u64*,
+                       Readers) asm("__wrap_" SCAN);
 
 static int scans = 0;
 pxcl::i32 counted_scan(std::string_view document, pxcl::u32 flags, Keys keys, Answers answers,
-                       pxcl::u64* stop) {
+                       pxcl::u64* stop, Readers readers) {
   ++scans;
-  return real_scan(document, flags, keys, answers, stop);
+  return real_scan(document, flags, keys, answers, stop, readers);
 }
 
 namespace {

@@ -225,8 +225,9 @@ int compare_with_own_keys(const pxcl::responses::KeywordElements& elements,
   std::vector<pxcl::xml::Answer> answers(keys.size());
   pxcl::responses::KeywordTexts texts;
   pxcl::responses::ask_for_elements(elements.paths, std::span(keys), 0);
-  EXPECT_TRUE(texts.attend(elements, answers));
-  const int status = pxcl::xml::scan(text, 0, keys, answers, nullptr);
+  std::vector<pxcl::xml::Reader> readers(keys.size());
+  EXPECT_TRUE(texts.attend(elements, readers));
+  const int status = pxcl::xml::scan(text, 0, keys, answers, nullptr, readers.data());
   std::vector<std::string> paths;
   const pxcl::u16 rows = *elements.dictionary.rowCount;
   for (const auto& key : keys) {

@@ -15,6 +15,7 @@
 #include <string_view>
 #include <vector>
 
+#include "answers.hpp"
 #include "clxml.h"
 #include "xml/scan.hpp"
 #include "xml/steps.hpp"
@@ -275,9 +276,8 @@ inline std::string compare_each(const EngineCase& one, const std::string& path) 
     keys.back().group = 1;
     keys.back().wanted = pxcl::xml::Wanted::kEach;
     std::vector<pxcl::xml::Answer> answers(keys.size());
-    answers.back().take = EachReader::take;
-    answers.back().reader = &reader;
-    pxcl::xml::scan(one.document, one.flags, keys, answers, nullptr);
+    std::vector<pxcl::xml::Reader> readers(keys.size(), {EachReader::take, &reader});
+    pxcl::xml::scan(one.document, one.flags, keys, answers, nullptr, readers.data());
     std::ostringstream scanText;
     scanText << reader.status;
     describe_ranges(scanText, reader.ranges.data(),
@@ -308,15 +308,16 @@ inline std::string compare_scan(const EngineCase& one) {
     if (all) describe_ranges(plainText, values.ranges, values.rangeCount);
   }
   std::uint64_t stop = 0;
-  std::vector<pxcl::xml::Answer> answers(keys.size());
-  const std::int32_t result = pxcl::xml::scan(one.document, one.flags, keys, answers, &stop);
+  Answers answers(keys.size());
+  const std::int32_t result = pxcl::xml::scan(one.document, one.flags, keys, answers.all, &stop);
   for (std::size_t i = 0; i < keys.size(); ++i) {
-    const pxcl::xml::Answer& answer = answers[i];
+    const pxcl::xml::Answer& answer = answers.all[i];
+    const std::int32_t status = answer.firstStatus;
     scanText << "result " << result << " stop " << stop << '\n'
-             << (answer.status == 0 ? pxcl::xml::kNotFound : answer.status) << ' ' << answer.offset
-             << '+' << answer.length << '\n';
+             << (status == 0 ? pxcl::xml::kNotFound : status) << ' ' << answer.firstOffset << '+'
+             << answer.firstLength << '\n';
     if (keys[i].wanted == pxcl::xml::Wanted::kAll) {
-      describe_ranges(scanText, answer.ranges.get(), answer.rangeCount);
+      describe_ranges(scanText, ranges_of(answer).data(), answer.count);
     }
   }
   return difference("scan", plainText.str(), scanText.str());

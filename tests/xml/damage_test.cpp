@@ -92,8 +92,8 @@ void fail_scans(const EngineCase& one) {
       keys.push_back(
           {path, group % 2 == 0 ? pxcl::xml::Wanted::kAll : pxcl::xml::Wanted::kFirst, group});
     }
-    std::vector<pxcl::xml::Answer> answers(keys.size());
-    const int result = pxcl::xml::scan(one.document, 0, keys, answers, nullptr);
+    pxcl_test::Answers answers(keys.size());
+    const int result = pxcl::xml::scan(one.document, 0, keys, answers.all, nullptr);
     if (!failing) whole = result;
     EXPECT_TRUE(result == whole || is_documented(result)) << result;
   });

@@ -12,6 +12,7 @@
 #include <sstream>
 #include <vector>
 
+#include "answers.hpp"
 #include "support.hpp"
 
 namespace {
@@ -19,6 +20,7 @@ namespace {
 using pxcl::xml::Answer;
 using pxcl::xml::EachText;
 using pxcl::xml::Key;
+using pxcl::xml::Reader;
 using pxcl::xml::Wanted;
 
 #define ITEM "cmd/zirk:a/zirk:item_of_many k"
@@ -45,19 +47,22 @@ constexpr auto kPlan = pxcl::xml::fixed_plan<kKeys>();
 template <typename Scan>
 std::string answers(const Scan& scan) {
   std::ostringstream out;
-  std::vector<Answer> found(kKeys.size());
-  Answer& each = found[11];
-  each.reader = &out;
-  each.take = [](void* reader, const EachText& text) {
-    *static_cast<std::ostringstream*>(reader) << "[" << text.key << "] " << text.offset << '+'
-                                              << text.length << ' ' << text.status << '\n';
+  pxcl::xml::Answers<kKeys> found;
+  Reader readers[std::size(kKeys)];
+  readers[11].self = &out;
+  readers[11].take = [](void* self, const EachText& text) {
+    *static_cast<std::ostringstream*>(self) << "[" << text.key << "] " << text.offset << '+'
+                                            << text.length << ' ' << text.status << '\n';
   };
-  out << "result " << scan(found) << '\n';
+  out << "result " << scan(found.all(), readers) << '\n';
   for (std::size_t i = 0; i < kKeys.size(); ++i) {
-    const Answer& answer = found[i];
-    out << kKeys[i].path << ": " << answer.status << ' ' << answer.offset << '+' << answer.length;
-    for (pxcl::u32 range = 0; range < answer.rangeCount; ++range) {
-      out << ' ' << answer.ranges[range].offset << '+' << answer.ranges[range].length;
+    const Answer& answer = found.all()[i];
+    out << kKeys[i].path << ": " << answer.firstStatus << ' ' << answer.firstOffset << '+'
+        << answer.firstLength;
+    if (kKeys[i].wanted == Wanted::kAll) {
+      for (const ClXmlValueRange& range : pxcl_test::ranges_of(answer)) {
+        out << ' ' << range.offset << '+' << range.length;
+      }
     }
     out << '\n';
   }
@@ -93,11 +98,11 @@ TEST(FixedPlan, AnswersAsKeysHandedInDo) {
       for (const std::string& attribute : {std::string(), std::string(" l=\"w\"")}) {
         const std::string text = "<?xml ?><cmd" + root + "><" + tag + attribute + ">" + inside +
                                  "</" + tag + "></cmd>" + std::string(80, ' ');
-        const auto fixed = [&](std::vector<Answer>& found) {
-          return pxcl::xml::scan(text, kPlan.plan(), found, nullptr);
+        const auto fixed = [&](std::span<Answer> found, const Reader* readers) {
+          return pxcl::xml::scan(text, kPlan.plan(), found, nullptr, readers);
         };
-        const auto handed = [&](std::vector<Answer>& found) {
-          return pxcl::xml::scan(text, 0, kKeys, found, nullptr);
+        const auto handed = [&](std::span<Answer> found, const Reader* readers) {
+          return pxcl::xml::scan(text, 0, kKeys, found, nullptr, readers);
         };
         EXPECT_EQ(answers(fixed), answers(handed)) << text;
       }
