@@ -72,48 +72,57 @@ bool is_applied(const ClXmlParameter& parameter) {
 
 // One record on its way into the output.
 struct Change {
-  u32 parameter;  // its index
-  i32 status;
+  ClXmlParameter* parameter;
   u64 newOffset;
   // What is replaced in the document, for a record that is applied and no later one takes its
   // place.
-  bool written;
   u64 begin;
   u64 end;
-  std::string_view name;  // of an empty-element tag: the end tag's; null data() otherwise
+  const char* name;  // of an empty-element tag: the end tag's; null otherwise
+  u64 nameLength;
+  i32 status;
+  bool written;
 };
 
 struct Job {
   ClXmlRequest& request;
   std::string_view document;
-  std::span<ClXmlParameter> parameters;
   std::span<Change> changes;
-
-  ClXmlParameter& parameter(const Change& change) const { return parameters[change.parameter]; }
 };
 
-// Records mostly are in order already.
-template <typename Before>
-void sort(std::span<Change> changes, const Before& before) {
-  if (!std::is_sorted(changes.begin(), changes.end(), before)) {
-    std::sort(changes.begin(), changes.end(), before);
+// How the records stand in the request, mostly as the writer wants them.
+struct Order {
+  bool byOffset = true;  // in the document
+  bool byPath = true;    // and no two with the same path pointer
+};
+
+Order list_changes(const Job& job, ClXmlParameter* parameters) {
+  Order order;
+  u64 offset = 0;
+  const char* path = nullptr;
+  for (Change& change : job.changes) {
+    change.parameter = parameters++;
+    change.status = change.parameter->status;
+    change.written = false;
+    if (change.parameter->valueOffset < offset) order.byOffset = false;
+    if (!std::less<const char*>()(path, change.parameter->path)) order.byPath = false;
+    offset = change.parameter->valueOffset;
+    path = change.parameter->path;
   }
+  return order;
 }
 
-// By offset in the document, then by place in the request.
-void sort_by_offset(const Job& job) {
-  sort(job.changes, [&](const Change& a, const Change& b) {
-    const u64 first = job.parameter(a).valueOffset;
-    const u64 second = job.parameter(b).valueOffset;
-    return first != second ? first < second : a.parameter < b.parameter;
-  });
+// Among those with the same offset the place in the request counts.
+bool comes_before(const Change& a, const Change& b) {
+  const u64 first = a.parameter->valueOffset, second = b.parameter->valueOffset;
+  return first != second ? first < second : a.parameter < b.parameter;
 }
 
 constexpr u64 kMostBytes = u64{1} << 62;  // no text is that long, and no sum of two overflows
 
 // Notes what the record replaces; false when that is not in the document, or no text.
 bool locate(const Job& job, Change& change) {
-  const ClXmlParameter& parameter = job.parameter(change);
+  const ClXmlParameter& parameter = *change.parameter;
   const u64 size = job.document.size();
   if (parameter.newValueLength > kMostBytes) return false;
   if (parameter.valueOffset > size || parameter.valueLength > size - parameter.valueOffset) {
@@ -121,33 +130,35 @@ bool locate(const Job& job, Change& change) {
   }
   change.begin = parameter.valueOffset;
   change.end = parameter.valueOffset + parameter.valueLength;
+  change.name = nullptr;
   if (parameter.status != kEmptyTag) return true;
   const EmptyTag tag = find_empty_tag(job.document.data(), size, parameter.valueOffset);
   const std::size_t close = tag.exists ? job.document.find('>', tag.slash) : job.document.npos;
   if (close == job.document.npos) return false;
   change.begin = tag.slash;
   change.end = close + 1;
-  change.name = slice(job.document, tag.nameOffset, tag.nameLength);
+  change.name = job.document.data() + tag.nameOffset;
+  change.nameLength = tag.nameLength;
   return true;
 }
 
 bool is_expanded(const Change& change) {
-  return change.name.data() != nullptr;
+  return change.name != nullptr;
 }
 
 constexpr std::string_view kStartTagEnd = ">";
 constexpr std::string_view kEndTagBegin = "</";
 constexpr std::string_view kEndTagEnd = ">";
 
-u64 size_of(const Job& job, const Change& change) {
-  const u64 value = job.parameter(change).newValueLength;
+u64 size_of(const Change& change) {
+  const u64 value = change.parameter->newValueLength;
   if (!is_expanded(change)) return value;
-  return value + kStartTagEnd.size() + kEndTagBegin.size() + change.name.size() + kEndTagEnd.size();
+  return value + kStartTagEnd.size() + kEndTagBegin.size() + change.nameLength + kEndTagEnd.size();
 }
 
 // Of records for the same value the later one is written; `previous` is the one sorted before.
-bool takes_the_place_of(const Job& job, const Change& change, const Change& previous) {
-  return job.parameter(change).valueOffset == job.parameter(previous).valueOffset;
+bool takes_the_place_of(const Change& change, const Change& previous) {
+  return change.parameter->valueOffset == previous.parameter->valueOffset;
 }
 
 // Works out every record's place in the new document and its size; kBadArgument when a range lies
@@ -158,12 +169,12 @@ i32 plan(const Job& job, u64& needed) {
   u64 removed = 0;
   Change* last = nullptr;
   for (Change& change : job.changes) {
-    change.newOffset = job.parameter(change).valueOffset + added - removed;
-    if (!is_applied(job.parameter(change))) continue;
+    change.newOffset = change.parameter->valueOffset + added - removed;
+    if (!is_applied(*change.parameter)) continue;
     if (!locate(job, change)) return kBadArgument;
-    if (last != nullptr && takes_the_place_of(job, change, *last)) {
+    if (last != nullptr && takes_the_place_of(change, *last)) {
       last->written = false;
-      added -= size_of(job, *last);
+      added -= size_of(*last);
       removed -= last->end - last->begin;
       written = last->begin;
     }
@@ -171,8 +182,8 @@ i32 plan(const Job& job, u64& needed) {
     change.newOffset =
         change.begin + added - removed + (is_expanded(change) ? kStartTagEnd.size() : 0);
     change.written = true;
-    change.status = is_empty(job.parameter(change)) ? kFound : change.status;
-    added += size_of(job, change);
+    change.status = is_empty(*change.parameter) ? kFound : change.status;
+    added += size_of(change);
     if (added > kMostBytes) return kBadArgument;
     removed += change.end - change.begin;
     written = change.end;
@@ -189,12 +200,11 @@ char* append(char* end, std::string_view text) {
   return end + text.size();
 }
 
-char* append_value(const Job& job, const Change& change, char* end) {
-  const ClXmlParameter& parameter = job.parameter(change);
-  const std::string_view value(parameter.newValue, parameter.newValueLength);
+char* append_value(const Change& change, char* end) {
+  const std::string_view value(change.parameter->newValue, change.parameter->newValueLength);
   if (!is_expanded(change)) return append(end, value);
   end = append(append(end, kStartTagEnd), value);
-  return append(append(append(end, kEndTagBegin), change.name), kEndTagEnd);
+  return append(append(append(end, kEndTagBegin), {change.name, change.nameLength}), kEndTagEnd);
 }
 
 void write_document(const Job& job) {
@@ -203,7 +213,7 @@ void write_document(const Job& job) {
   for (const Change& change : job.changes) {
     if (!change.written) continue;
     end = append(end, slice(job.document, done, change.begin - done));
-    end = append_value(job, change, end);
+    end = append_value(change, end);
     done = change.end;
   }
   append(end, from(job.document, done));
@@ -211,31 +221,37 @@ void write_document(const Job& job) {
 
 // --- Reporting -----------------------------------------------------------------------------------
 
+void report(ClXmlParameter& parameter, const Change& change) {
+  if (parameter.newValue == nullptr) return;
+  parameter.newValueOffset = change.newOffset;
+  parameter.status = change.status;
+}
+
+bool comes_before_by_path(const Change& a, const Change& b) {
+  const char* first = a.parameter->path;
+  const char* second = b.parameter->path;
+  return first != second ? std::less<const char*>()(first, second) : comes_before(a, b);
+}
+
 // Callers tell their records apart by the path pointer: those that share one all get what became of
 // the one that lies furthest back in the document.
-void report(const Job& job) {
-  sort(job.changes, [&](const Change& a, const Change& b) {
-    const ClXmlParameter& first = job.parameter(a);
-    const ClXmlParameter& second = job.parameter(b);
-    if (first.path != second.path) return std::less<const char*>()(first.path, second.path);
-    if (first.valueOffset != second.valueOffset) return first.valueOffset < second.valueOffset;
-    return a.parameter < b.parameter;
-  });
-  const Change* last = nullptr;
-  for (auto change = job.changes.rbegin(); change != job.changes.rend(); ++change) {
-    ClXmlParameter& parameter = job.parameter(*change);
-    if (last == nullptr || job.parameter(*last).path != parameter.path) last = &*change;
-    if (parameter.newValue == nullptr) continue;
-    parameter.newValueOffset = last->newOffset;
-    parameter.status = last->status;
+void report_by_path(std::span<Change> changes) {
+  std::sort(changes.begin(), changes.end(), comes_before_by_path);
+  const Change* last = &changes.back();
+  for (auto change = changes.rbegin(); change != changes.rend(); ++change) {
+    if (last->parameter->path != change->parameter->path) last = &*change;
+    report(*change->parameter, *last);
   }
 }
 
-i32 write(const Job& job) {
-  for (u32 i = 0; i < job.changes.size(); ++i) {
-    job.changes[i] = {i, job.parameters[i].status, 0, false, 0, 0, {}};
-  }
-  sort_by_offset(job);
+void report_all(const Job& job, bool byPath) {
+  if (!byPath) return report_by_path(job.changes);
+  for (const Change& change : job.changes) report(*change.parameter, change);
+}
+
+i32 write(const Job& job, ClXmlParameter* parameters) {
+  const Order order = list_changes(job, parameters);
+  if (!order.byOffset) std::sort(job.changes.begin(), job.changes.end(), comes_before);
   u64 needed = 0;
   const i32 status = plan(job, needed);
   if (status != kSuccess) return status;
@@ -246,7 +262,7 @@ i32 write(const Job& job) {
     return kOutputTooSmall;
   }
   write_document(job);
-  report(job);
+  report_all(job, order.byPath);
   job.request.outputSize = needed;
   return kSuccess;
 }
@@ -267,11 +283,11 @@ int32_t ClXmlWrite(ClXmlRequest* request) {
   constexpr u32 kUsual = 16;
   const u32 count = request->parameterCount;
   const std::string_view document(request->document, request->documentLength);
-  const std::span parameters(static_cast<ClXmlParameter*>(request->parameters), count);
+  ClXmlParameter* parameters = static_cast<ClXmlParameter*>(request->parameters);
   Change usual[kUsual];
-  if (count <= kUsual) return write({*request, document, parameters, {usual, count}});
+  if (count <= kUsual) return write({*request, document, {usual, count}}, parameters);
   Owned<Change> block = Owned<Change>::allocate(count);
-  return block ? write({*request, document, parameters, {block.get(), count}}) : kNoMemory;
+  return block ? write({*request, document, {block.get(), count}}, parameters) : kNoMemory;
 }
 
 int32_t ClXmlCheckEmptyTagSpec(const char* buffer, const ClXmlParameter* parameter,
