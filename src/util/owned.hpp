@@ -31,7 +31,9 @@ class Owned {
     reset(other.release());
     return *this;
   }
-  ~Owned() { reset(); }
+  ~Owned() {
+    if (block_ != nullptr) KWVSDisposePTRX(block_);  // mostly there is none
+  }
 
   // `count` zero-filled records; null when memory is short, the size overflows or count is 0.
   static Owned allocate(u64 count) {
@@ -52,8 +54,7 @@ class Owned {
 
   Record* release() { return std::exchange(block_, nullptr); }
   void reset(Record* block = nullptr) {
-    Record* old = std::exchange(block_, block);
-    if (old != nullptr) KWVSDisposePTRX(old);  // mostly there is none, and no call is made for it
+    KWVSDisposePTRX(std::exchange(block_, block));
   }
 
  private:
