@@ -590,19 +590,9 @@ static_assert(kPaperTypeRows == CLSS_DICNUM_PAPERTYPE);
 }  // namespace
 
 namespace pxcl::keyed {
-namespace {
 
 constexpr WordIndex kPaperSizeWords = index_words(glb_clssdicPaperSizeTbl);
 constexpr WordIndex kPaperTypeWords = index_words(glb_clssdicPaperTypeTbl);
 constexpr WordIndex kOperationWords = index_words(glb_clssdicOperationTbl);
-
-}  // namespace
-
-const WordIndex* word_index_of(const ClssDicRow* dictionary) {
-  if (dictionary == glb_clssdicPaperSizeTbl) return &kPaperSizeWords;
-  if (dictionary == glb_clssdicPaperTypeTbl) return &kPaperTypeWords;
-  if (dictionary == glb_clssdicOperationTbl) return &kOperationWords;
-  return nullptr;
-}
 
 }  // namespace pxcl::keyed

@@ -271,11 +271,13 @@ i32 check_operation_and_response(std::string_view document,
                                  std::span<const xml::Answer, kCheckKeys> keys, u16 operation) {
   if (!is_found(keys[0])) return kWrongOperation;
   const auto operations = rows_of(glb_clssdicOperationTbl, CLSS_DICNUM_OPERATION);
-  if (look_up(operations, text_of(document, keys[0])).index != operation) return kWrongOperation;
+  const std::string_view answered = text_of(document, keys[0]);
+  if (look_up(operations, answered, Keywords::kValues).index != operation) return kWrongOperation;
   const auto response = std::find_if(keys.begin() + 1, keys.end(), is_found);
   if (response == keys.end()) return kNotOk;
   const auto responses = rows_of(glb_clssdicResponseTbl, CLSS_DICNUM_RESPONSE);
-  return look_up(responses, text_of(document, *response)).index == kResponseOk ? kOk : kNotOk;
+  const std::string_view result = text_of(document, *response);
+  return look_up(responses, result, Keywords::kValues).index == kResponseOk ? kOk : kNotOk;
 }
 
 u64 bound_of_path_key(const char* pathTemplate, Arguments arguments) {

@@ -55,12 +55,16 @@ constexpr bool ends_value(u64 word) {
 
 // Whether the text is its own value, as nearly every one is: no blank, no comma, no NUL byte.
 bool is_whole_value(std::string_view text) {
-  constexpr u64 kWidth = sizeof(u64);
-  if (text.size() < kWidth) {
+  constexpr u64 kWidth = sizeof(u64), kHalf = kWidth / 2;
+  if (text.size() < kHalf) {
     return std::none_of(text.begin(), text.end(),
                         [](char byte) { return byte == ' ' || byte == ',' || byte == '\0'; });
   }
   const u64 last = text.size() - kWidth;
+  if (text.size() < kWidth) {
+    const char* end = text.data() + text.size() - kHalf;
+    return !ends_value(xml::load_bytes(text.data(), kHalf) << 32 | xml::load_bytes(end, kHalf));
+  }
   for (u64 at = 0; at < last; at += kWidth) {
     if (ends_value(xml::load_bytes(text.data() + at, kWidth))) return false;
   }
@@ -79,10 +83,11 @@ std::string_view copy_short_word(std::string_view text, char (&word)[kShortWord]
   return {word, length};
 }
 
+// For any word, one with a NUL byte too.
 bool is_word(const char* keyword, std::string_view word) {
   if (word.empty()) return *keyword == '\0';
   return *keyword == word.front() && std::strncmp(keyword, word.data(), word.size()) == 0 &&
-         keyword[word.size()] == '\0';
+         std::strlen(keyword) == word.size();
 }
 
 bool is_same_word(const char* keyword, std::string_view text) {
@@ -109,7 +114,7 @@ DicMatch find_row(std::span<const ClssDicRow> dictionary, IsSame is_same) {
   return {};
 }
 
-DicMatch find_indexed(std::span<const ClssDicRow> dictionary, const WordIndex& index,
+inline DicMatch find_indexed(std::span<const ClssDicRow> dictionary, const WordIndex& index,
                       std::string_view word) {
   for (u64 slot = hash_word(word);; ++slot) {
     const u64 at = slot % WordIndex::kSlots;
@@ -130,27 +135,28 @@ bool is_job_id(const char* text) {
   return std::strlen(text) == kJobIDLength && std::all_of(text, text + kJobIDLength, is_digit);
 }
 
-DicMatch find_word(std::span<const ClssDicRow> dictionary, std::string_view word) {
+inline DicMatch find_word(std::span<const ClssDicRow> dictionary, std::string_view word) {
   const WordIndex* index = word_index_of(dictionary.data());
   if (index != nullptr) return find_indexed(dictionary, *index, word);
   return find_row(dictionary, [&](const char* keyword) { return is_word(keyword, word); });
 }
 
+// Looks up the value of a text that is not its own.
+[[gnu::cold]] DicMatch look_up_inside(std::span<const ClssDicRow> dictionary,
+                                      std::string_view text) {
+  char buffer[kShortWord];
+  const std::string_view word = copy_short_word(text, buffer);
+  if (word.data() != nullptr) return find_word(dictionary, word);
+  return find_row(dictionary,
+                  [&](const char* keyword) { return is_same_long_word(keyword, text); });
+}
+
 }  // namespace
 
-DicMatch look_up(std::span<const ClssDicRow> dictionary, std::string_view text) {
-  const WordIndex* index = word_index_of(dictionary.data());
-  if (index != nullptr) {
-    const DicMatch match = find_indexed(dictionary, *index, text);
-    if (match.index != kUnknownIndex) return match;
-  }
-  char buffer[kShortWord];
-  const std::string_view word = is_whole_value(text) ? text : copy_short_word(text, buffer);
-  if (word.data() == nullptr) {
-    return find_row(dictionary,
-                    [&](const char* keyword) { return is_same_long_word(keyword, text); });
-  }
-  return find_word(dictionary, word);
+DicMatch look_up(std::span<const ClssDicRow> dictionary, std::string_view text, Keywords keywords) {
+  const DicMatch match = find_word(dictionary, text);
+  if (match.index != kUnknownIndex && keywords == Keywords::kValues) return match;
+  return is_whole_value(text) ? match : look_up_inside(dictionary, text);
 }
 
 u16 find_keyword(std::span<const ClssDicRow> dictionary, std::string_view word) {

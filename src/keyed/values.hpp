@@ -23,8 +23,13 @@ inline std::span<const ClssDicRow> rows_of(const ClssDicRow* dictionary, u32 row
   return {dictionary, rowCount};
 }
 
+// Whether a dictionary's keywords are values, as those of dictionaries.cpp are, or any texts: one
+// with a blank or a comma is not found, even where a text is the same.
+enum class Keywords : u8 { kAny, kValues };
+
 // The first row that equals the text's value.
-DicMatch look_up(std::span<const ClssDicRow> dictionary, std::string_view text);
+DicMatch look_up(std::span<const ClssDicRow> dictionary, std::string_view text,
+                 Keywords keywords = Keywords::kAny);
 
 // The row whose keyword is this very text, kUnknownIndex for none.
 u16 find_keyword(std::span<const ClssDicRow> dictionary, std::string_view word);

@@ -48,7 +48,16 @@ constexpr WordIndex index_words(const ClssDicRow (&table)[count]) {
   return index;
 }
 
+extern const WordIndex kPaperSizeWords;
+extern const WordIndex kPaperTypeWords;
+extern const WordIndex kOperationWords;
+
 // The index of a dictionary; null when it has none.
-const WordIndex* word_index_of(const ClssDicRow* dictionary);
+inline const WordIndex* word_index_of(const ClssDicRow* dictionary) {
+  if (dictionary == glb_clssdicPaperSizeTbl) return &kPaperSizeWords;
+  if (dictionary == glb_clssdicPaperTypeTbl) return &kPaperTypeWords;
+  if (dictionary == glb_clssdicOperationTbl) return &kOperationWords;
+  return nullptr;
+}
 
 }  // namespace pxcl::keyed

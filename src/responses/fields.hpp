@@ -51,7 +51,8 @@ struct Dictionary {
 };
 
 inline u16 index_in(const Dictionary& dictionary, std::string_view text) {
-  return keyed::look_up(keyed::rows_of(dictionary.rows, *dictionary.rowCount), text).index;
+  const std::span rows = keyed::rows_of(dictionary.rows, *dictionary.rowCount);
+  return keyed::look_up(rows, text, keyed::Keywords::kValues).index;
 }
 
 inline std::span<const ClXmlValueRange> ranges_of(const Answer& list) {
