@@ -83,11 +83,13 @@ std::string_view copy_short_word(std::string_view text, char (&word)[kShortWord]
   return {word, length};
 }
 
-// For any word, one with a NUL byte too.
-bool is_word(const char* keyword, std::string_view word) {
-  if (word.empty()) return *keyword == '\0';
-  return *keyword == word.front() && std::strncmp(keyword, word.data(), word.size()) == 0 &&
-         std::strlen(keyword) == word.size();
+// For any word, one with a NUL byte too. Keywords are short: a call would cost more than the loop.
+inline bool is_word(const char* keyword, std::string_view word) {
+  for (const char byte : word) {
+    if (*keyword != byte || byte == '\0') return false;
+    ++keyword;
+  }
+  return *keyword == '\0';
 }
 
 bool is_same_word(const char* keyword, std::string_view text) {
@@ -105,7 +107,8 @@ bool is_same_long_word(const char* keyword, std::string_view text) {
 }
 
 template <typename IsSame>
-DicMatch find_row(std::span<const ClssDicRow> dictionary, IsSame is_same) {
+[[gnu::always_inline]] inline DicMatch find_row(std::span<const ClssDicRow> dictionary,
+                                                IsSame is_same) {
   const u64 rows = std::min<u64>(dictionary.size(), kUnknownIndex);
   for (u64 index = 0; index < rows; ++index) {
     const ClssDicRow& row = dictionary[index];
@@ -114,14 +117,27 @@ DicMatch find_row(std::span<const ClssDicRow> dictionary, IsSame is_same) {
   return {};
 }
 
-inline DicMatch find_indexed(std::span<const ClssDicRow> dictionary, const WordIndex& index,
-                      std::string_view word) {
+// The same for texts of one length, which an index knows.
+inline bool is_same(const char* keyword, const char* word, u64 length) {
+  static_assert(WordIndex::kShortest == 4);
+  u64 at = 0;
+  for (; at + 8 < length; at += 8) {
+    if (xml::load_bytes(keyword + at, 8) != xml::load_bytes(word + at, 8)) return false;
+  }
+  for (; at + 4 < length; at += 4) {
+    if (xml::load_bytes(keyword + at, 4) != xml::load_bytes(word + at, 4)) return false;
+  }
+  return xml::load_bytes(keyword + length - 4, 4) == xml::load_bytes(word + length - 4, 4);
+}
+
+[[gnu::always_inline]] inline DicMatch find_indexed(std::span<const ClssDicRow> dictionary,
+                                                    const WordIndex& index, std::string_view word) {
   for (u64 slot = hash_word(word);; ++slot) {
     const u64 at = slot % WordIndex::kSlots;
     const u16 row = index.rows[at];
     if (row == WordIndex::kFree) return {};
     if (row < dictionary.size() && index.lengths[at] == word.size() &&
-        xml::equal_bytes(dictionary[row].keyword, word.data(), word.size())) {
+        is_same(dictionary[row].keyword, word.data(), word.size())) {
       return {row, dictionary[row].code};
     }
   }
@@ -135,15 +151,16 @@ bool is_job_id(const char* text) {
   return std::strlen(text) == kJobIDLength && std::all_of(text, text + kJobIDLength, is_digit);
 }
 
-inline DicMatch find_word(std::span<const ClssDicRow> dictionary, std::string_view word) {
+DicMatch find_word(std::span<const ClssDicRow> dictionary, std::string_view word) {
   const WordIndex* index = word_index_of(dictionary.data());
   if (index != nullptr) return find_indexed(dictionary, *index, word);
   return find_row(dictionary, [&](const char* keyword) { return is_word(keyword, word); });
 }
 
-// Looks up the value of a text that is not its own.
-[[gnu::cold]] DicMatch look_up_inside(std::span<const ClssDicRow> dictionary,
-                                      std::string_view text) {
+// What the text's value is, where `whole` is what the text is as it stands.
+[[gnu::noinline]] DicMatch find_value(std::span<const ClssDicRow> dictionary, std::string_view text,
+                                      DicMatch whole) {
+  if (is_whole_value(text)) return whole;
   char buffer[kShortWord];
   const std::string_view word = copy_short_word(text, buffer);
   if (word.data() != nullptr) return find_word(dictionary, word);
@@ -151,12 +168,22 @@ inline DicMatch find_word(std::span<const ClssDicRow> dictionary, std::string_vi
                   [&](const char* keyword) { return is_same_long_word(keyword, text); });
 }
 
+// Nothing is called from here but at the end.
+[[gnu::noinline]] DicMatch look_up_indexed(std::span<const ClssDicRow> dictionary,
+                                           std::string_view text, const WordIndex& index) {
+  const DicMatch match = find_indexed(dictionary, index, text);
+  return match.index != kUnknownIndex ? match : find_value(dictionary, text, match);
+}
+
 }  // namespace
 
 DicMatch look_up(std::span<const ClssDicRow> dictionary, std::string_view text, Keywords keywords) {
-  const DicMatch match = find_word(dictionary, text);
-  if (match.index != kUnknownIndex && keywords == Keywords::kValues) return match;
-  return is_whole_value(text) ? match : look_up_inside(dictionary, text);
+  const WordIndex* index = word_index_of(dictionary.data());
+  if (index != nullptr) return look_up_indexed(dictionary, text, *index);
+  const DicMatch match =
+      find_row(dictionary, [&](const char* keyword) { return is_word(keyword, text); });
+  const bool isSure = match.index != kUnknownIndex && keywords == Keywords::kValues;
+  return isSure ? match : find_value(dictionary, text, match);
 }
 
 u16 find_keyword(std::span<const ClssDicRow> dictionary, std::string_view word) {

@@ -19,6 +19,7 @@ namespace pxcl::keyed {
 struct WordIndex {
   static constexpr u64 kSlots = 256;
   static constexpr u8 kFree = 255;
+  static constexpr u64 kShortest = 4;  // bytes of a keyword
   std::array<u8, kSlots> rows;
   std::array<u8, kSlots> lengths;
 };
@@ -28,7 +29,7 @@ constexpr u64 hash_word(std::string_view word) {
   return xml::hash_bytes(word.data(), static_cast<u32>(word.size())) >> 24;
 }
 
-void a_keyword_has_to_be_a_value();  // is nowhere: what calls it does not compile
+void a_keyword_has_to_be_a_long_value();  // is nowhere: what calls it does not compile
 
 template <std::size_t count>
 constexpr WordIndex index_words(const ClssDicRow (&table)[count]) {
@@ -39,7 +40,7 @@ constexpr WordIndex index_words(const ClssDicRow (&table)[count]) {
     if (table[row].keyword == nullptr) continue;
     const std::string_view word = table[row].keyword;
     // Such a keyword is found in a text before it is known what the text's value is.
-    if (word.empty() || word.find_first_of(" ,") != word.npos) a_keyword_has_to_be_a_value();
+    if (word.size() < WordIndex::kShortest || word.find_first_of(" ,") != word.npos) a_keyword_has_to_be_a_long_value();
     u64 slot = hash_word(word);
     while (index.rows[slot] != WordIndex::kFree) slot = (slot + 1) % WordIndex::kSlots;
     index.rows[slot] = static_cast<u8>(row);
