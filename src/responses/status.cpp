@@ -179,10 +179,8 @@ u16 read_inks(std::string_view document, const Answer& inks) {
 
 // Only the lengths of the two lists are held against each other; neither is reported.
 i32 check_status_details(const Answer& items, const Answer& errorCodes) {
-  const std::size_t itemCount = ranges_of(items).size();
-  const std::size_t codeCount = ranges_of(errorCodes).size();
-  if (itemCount == 0 || codeCount == 0) return kOk;
-  return itemCount == codeCount ? kOk : kUnevenLists;
+  if (items.count == 0 || errorCodes.count == 0) return kOk;
+  return items.count == errorCodes.count ? kOk : kUnevenLists;
 }
 
 // --- The block of one job ------------------------------------------------------------------------
@@ -285,7 +283,7 @@ constexpr auto kStatusKeys = [] {
   keys[kItemsAt].group = kItemGroup;
   keys[kErrorCodesAt].path = path::kStatusErrorCode;
   keys[kErrorCodesAt].group = kCodeGroup;
-  for (Key& key : keys.subspan<kInksAt, 3>()) key.wanted = xml::Wanted::kAll;
+  keys[kInksAt].wanted = xml::Wanted::kAll;
   ask_for_job(keys.subspan<kPrintJobAt>(), path::kPrintJob, kJobGroup);
   return all;
 }();

@@ -10,8 +10,10 @@ namespace {
 
 // --- Recording -----------------------------------------------------------------------------------
 
+constexpr u32 kFewest = 8;  // records that a list has room for
+
 [[gnu::noinline]] bool grow_list(Finding& finding, u64 recordSize) {
-  const u32 larger = finding.capacity == 0 ? 4 : finding.capacity * 2;
+  const u32 larger = finding.capacity == 0 ? kFewest : finding.capacity * 2;
   if (larger < finding.capacity) return false;
   Owned<char> block = Owned<char>::allocate_unfilled(larger * recordSize);
   if (!block) return false;

@@ -21,7 +21,7 @@ enum FindingFlags : u8 {
 // What was found for one target.
 struct Finding {
   void* list;  // matches or ranges, by the target's `collect`
-  u32 count;
+  u32 count;   // of all matches, whatever is collected
   u32 capacity;
   u32 firstOffset;
   u32 firstLength;
