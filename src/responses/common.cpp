@@ -111,9 +111,8 @@ i32 read_job_id(const Head& head) {
 void clear_record(ClssResponseCommon& record) {
   record.jobID[0] = '\0';
   record.serviceType = record.operation = kUnknownIndex;
-  for (const HeadField& field : kHead) {
-    if (field.member != nullptr) record.*field.member = kUnknownIndex;
-  }
+  record.response = record.responseDetail = kUnknownIndex;
+  record.ijOperation = record.ijResponse = kUnknownIndex;
 }
 
 i32 parse_head(std::string_view document, u64& position, ClssResponseCommon& record) {

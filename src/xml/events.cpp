@@ -154,9 +154,20 @@ u32 only_target(const Scan& scan) {
   return scan.plan.targets[target].next == kNone ? target : kNone;
 }
 
+// Sets scan.firstOfGroup once; false when memory is short.
+bool prepare_groups(Scan& scan) {
+  const u32 count = scan.plan.groupCount;
+  if (scan.firstOfGroup.size == count) return true;
+  if (!scan.firstOfGroup.reserve(count)) return false;
+  scan.firstOfGroup.size = count;
+  for (u32& first : scan.firstOfGroup) first = kNone;
+  return true;
+}
+
 // An element that ends without text serves the first target of each group that has nothing of it
 // yet.
 bool serve_first_of_groups(Scan& scan, u32 offset, i32 status, u32& first) {
+  if (!prepare_groups(scan)) return false;
   const auto each_candidate = [&](const auto& visit) {
     visit_element_targets(scan, [&](u32 number) {
       if (!is_served(scan, number))

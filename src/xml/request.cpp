@@ -164,8 +164,8 @@ bool index_parameters(Index& index, const ClXmlRequest& request, Collect collect
                      collect);
 }
 
-// One run over a document by the plan that `make_plan` gives; false from there: memory is short. It
-// may set `results`.
+// One run over a document by the plan that `make_plan` gives, null when memory is short. It may set
+// `results`.
 template <typename MakePlan>
 ScanOutcome run(std::string_view document, u32 flags, const Results& results,
                 const MakePlan& make_plan) {
@@ -175,25 +175,27 @@ ScanOutcome run(std::string_view document, u32 flags, const Results& results,
   outcome.stopPosition = declaration.stopPosition;
   if (declaration.status != kSuccess) return outcome;
   outcome.status = kNoMemory;
-  Plan plan;
-  if (!make_plan(plan)) return outcome;
+  const Plan* plan = make_plan();
+  if (plan == nullptr) return outcome;
   ClXmlNameSpaceEntry table[kNamespaceCount];  // the run's own; it writes what it reads
-  return scan_indexed(plan, results, document, flags, table);
+  return scan_indexed(*plan, results, document, flags, table);
 }
 
 // One run over a valid request's document.
 template <typename Parameter>
 ScanOutcome run_request(Findings& findings, ClXmlRequest& request, Collect collect, u32 flags) {
   Index index;
+  Plan plan;
   Results results = {};
+  const auto make_plan = [&]() -> const Plan* {
+    if (!index_parameters<Parameter>(index, request, collect)) return nullptr;
+    if (!findings.reserve(request.parameterCount)) return nullptr;
+    results.findings = findings.begin();
+    plan = index.plan();
+    return &plan;
+  };
   const ScanOutcome outcome =
-      run({request.document, request.documentLength}, flags, results, [&](Plan& plan) {
-        if (!index_parameters<Parameter>(index, request, collect)) return false;
-        if (!findings.reserve(request.parameterCount)) return false;
-        results.findings = findings.begin();
-        plan = index.plan();
-        return true;
-      });
+      run({request.document, request.documentLength}, flags, results, make_plan);
   request.stopPosition = outcome.stopPosition;
   return outcome;
 }
@@ -287,20 +289,18 @@ i32 scan(std::string_view document, u32 flags, std::span<const Key> keys, std::s
   if (keys.empty()) return kBadArgument;
   clear(answers);
   Index index;
-  return scan(document, flags, {answers.data(), readers}, stopPosition, [&](Plan& plan) {
-    if (!index_keys(index, keys)) return false;
+  Plan plan;
+  return scan(document, flags, {answers.data(), readers}, stopPosition, [&]() -> const Plan* {
+    if (!index_keys(index, keys)) return nullptr;
     plan = index.plan();
-    return true;
+    return &plan;
   });
 }
 
 i32 scan(std::string_view document, const Plan& fixed, std::span<Answer> answers, u64* stopPosition,
          const Reader* readers) {
   clear(answers);
-  return scan(document, 0, {answers.data(), readers}, stopPosition, [&](Plan& plan) {
-    plan = fixed;
-    return true;
-  });
+  return scan(document, 0, {answers.data(), readers}, stopPosition, [&] { return &fixed; });
 }
 
 }  // namespace pxcl::xml

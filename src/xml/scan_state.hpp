@@ -146,7 +146,7 @@ struct Scan {
   Owned<u32> candidateOf = {};  // by node: the irregular element (its number) that has its name
   // By requested attribute: the irregular element that has this attribute; 0 for none yet.
   Owned<u32> satisfiedBy = {};
-  GrowingArray<u32, 32> firstOfGroup = {};
+  GrowingArray<u32, 32> firstOfGroup = {};  // empty until an element's end needs it
 };
 
 // --- Names and namespaces ------------------------------------------------------------------------

@@ -226,10 +226,7 @@ i32 run(Scan& scan) {
 
 bool start_scan(Scan& scan) {
   const Plan& plan = scan.plan;
-  if (!scan.alive.reserve(u64{plan.nodeCount} + 1) || !scan.firstOfGroup.reserve(plan.groupCount)) {
-    return false;
-  }
-  for (u32 i = 0; i < plan.groupCount; ++i) scan.firstOfGroup[i] = kNone;
+  if (!scan.alive.reserve(u64{plan.nodeCount} + 1)) return false;
   scan.alive[0] = kRootNode;
   if (may_repeat(scan)) scan.shapes.start();
   if (plan.nodes[kRootNode].belowTargets != kNone)
