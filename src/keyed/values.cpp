@@ -107,8 +107,7 @@ bool is_same_long_word(const char* keyword, std::string_view text) {
 }
 
 template <typename IsSame>
-[[gnu::always_inline]] inline DicMatch find_row(std::span<const ClssDicRow> dictionary,
-                                                IsSame is_same) {
+inline DicMatch find_row(std::span<const ClssDicRow> dictionary, IsSame is_same) {
   const u64 rows = std::min<u64>(dictionary.size(), kUnknownIndex);
   for (u64 index = 0; index < rows; ++index) {
     const ClssDicRow& row = dictionary[index];
@@ -120,18 +119,18 @@ template <typename IsSame>
 // The same for texts of one length, which an index knows.
 inline bool is_same(const char* keyword, const char* word, u64 length) {
   static_assert(WordIndex::kShortest == 4);
-  u64 at = 0;
-  for (; at + 8 < length; at += 8) {
-    if (xml::load_bytes(keyword + at, 8) != xml::load_bytes(word + at, 8)) return false;
+  const auto differs = [&](u64 at, u32 width) {
+    return xml::load_bytes(keyword + at, width) ^ xml::load_bytes(word + at, width);
+  };
+  if (length < 8) return (differs(0, 4) | differs(length - 4, 4)) == 0;
+  for (u64 at = 0; at + 8 < length; at += 8) {
+    if (differs(at, 8) != 0) return false;
   }
-  for (; at + 4 < length; at += 4) {
-    if (xml::load_bytes(keyword + at, 4) != xml::load_bytes(word + at, 4)) return false;
-  }
-  return xml::load_bytes(keyword + length - 4, 4) == xml::load_bytes(word + length - 4, 4);
+  return differs(length - 8, 8) == 0;
 }
 
-[[gnu::always_inline]] inline DicMatch find_indexed(std::span<const ClssDicRow> dictionary,
-                                                    const WordIndex& index, std::string_view word) {
+inline DicMatch find_indexed(std::span<const ClssDicRow> dictionary, const WordIndex& index,
+                             std::string_view word) {
   for (u64 slot = hash_word(word);; ++slot) {
     const u64 at = slot % WordIndex::kSlots;
     const u16 row = index.rows[at];

@@ -149,7 +149,7 @@ bool is_served(const Scan& scan, u32 number) {
 u32 only_target(const Scan& scan) {
   if (scan.depth == 0 || scan.standing != 0) return kNone;
   const OpenElement& top = scan.open[scan.depth - 1];
-  if (scan.aliveTop != top.aliveBegin + 1 || (top.flags & kTrailing) != 0) return kNone;
+  if ((top.flags & kTrailing) != 0 || scan.aliveTop != top.aliveBegin + 1) return kNone;
   const u32 target = scan.plan.nodes[scan.alive[top.aliveBegin]].elementTargets;
   return scan.plan.targets[target].next == kNone ? target : kNone;
 }

@@ -66,8 +66,11 @@ struct Reader {
 // ranges, or null without a match.
 using Answer = Finding;
 
+// Gives the lists back.
 inline void release(std::span<Answer> answers) {
-  for (Answer& answer : answers) Owned<char>(static_cast<char*>(answer.list));
+  for (Answer& answer : answers) {
+    if (answer.list != nullptr) KWVSDisposePTRX(answer.list);
+  }
 }
 
 // Answers to keys that are known when the library is compiled, and the lists that they hold.
@@ -75,7 +78,7 @@ template <const auto& kKeys>
 class Answers {
  public:
   Answers() {
-    for (Answer& answer : lists()) answer.list = nullptr;  // for a scan that is not come to
+    for (Answer& answer : lists()) answer.list = nullptr;  // there may be no scan after all
   }
   Answers(const Answers&) = delete;
   Answers& operator=(const Answers&) = delete;

@@ -158,15 +158,13 @@ bool same_last_name(const char* a, const char* b, u32 length) {
   return equal_bytes(a, b, length);
 }
 
-// The end tag of a "cmd", which may be read to its end.
+// The end tag of the root, which may be read to its end.
 inline i32 take_root_end(Scan& scan, const Cursor& cursor) {
   constexpr std::string_view kEndTag = "</cmd>";
   const OpenElement& root = *cursor.top;
-  if (root.length != kRootName.size() || (root.flags & kElementTargets) != 0 ||
-      std::memcmp(cursor.text + root.offset, kRootName.data(), kRootName.size()) != 0 ||
-      std::memcmp(cursor.text + cursor.at, kEndTag.data(), kEndTag.size()) != 0) {
-    return kUnusual;
-  }
+  const std::string_view name = {cursor.text + root.offset, root.length};
+  if (name != kRootName || (root.flags & kElementTargets) != 0) return kUnusual;
+  if (std::string_view(cursor.text + cursor.at, kEndTag.size()) != kEndTag) return kUnusual;
   scan.position = cursor.at + static_cast<u32>(kEndTag.size()) - 1;
   return kRootClosed;
 }

@@ -475,8 +475,8 @@ void open_usual_root(Scan& scan, u32 offset) {
   u32 found = scan.plan.buckets[bucket_of(kKey, scan.plan.bucketMask)];
   for (; found != kNone; found = scan.plan.nodes[found].nextInBucket) {
     const Node& node = scan.plan.nodes[found];
-    if (node.key != kKey || node.parent != kRootNode || node.nameLength != kLength) continue;
-    if (std::memcmp(node.text, kRootName.data(), kLength) != 0) continue;
+    const std::string_view name = {node.text, node.nameLength};
+    if (node.key != kKey || name != kRootName) continue;  // with this name no other parent has it
     if ((node.flags & kImpossible) == 0) add_alive(scan, found);  // one node, and there is room
   }
 }

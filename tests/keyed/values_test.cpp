@@ -125,7 +125,10 @@ TEST(GetVasloID, TakesTheValueOnly) {
       {{glb_clssdicServiceTypeTbl, 10}, "print", {0, 65535}},
       {{glb_clssdicResponseTbl, 3}, "OK,NG", {1, 65535}},
       {{glb_clssdicResponseTbl, 3}, "OK\0NG"s, {1, 65535}},  // a zero byte ends it as well
-      {{glb_clssdicResponseTbl, 3}, "\tOK", kNone},          // only blanks are dropped
+      {{glb_clssdicResponseTbl, 3}, "OK\0"s, {1, 65535}},
+      {{glb_clssdicResponseTbl, 3}, "OK,", {1, 65535}},
+      {{glb_clssdicResponseTbl, 3}, "O K", {1, 65535}},
+      {{glb_clssdicResponseTbl, 3}, "\tOK", kNone},  // only blanks are dropped
       {{glb_clssdicResponseTbl, 3}, ",OK", kNone},
       {{glb_clssdicResponseTbl, 3}, " ", kNone},
       {{glb_clssdicResponseTbl, 3}, std::string(1'000'000, ' ') + "OK", {1, 65535}},
@@ -138,12 +141,16 @@ TEST(GetVasloID, TakesTheValueOnly) {
 
 TEST(GetVasloID, FindsKeywordsOfAnyLengthInOtherDictionaries) {
   const std::string longWord(300, 'k'), edge(128, 'k');
-  const ClssDicRow rows[] = {{"", 5}, {edge.c_str(), 6}, {longWord.c_str(), 7}};
+  const ClssDicRow rows[] = {{"", 5},      {edge.c_str(), 6}, {longWord.c_str(), 7},
+                             {nullptr, 8}, {"a b", 9},        {"a,b", 10},
+                             {"ab", 11}};
   EXPECT_EQ(look_up({rows, 1}, ","), (Found{0, 5}));
   EXPECT_EQ(look_up({rows, 3}, spread(edge)), (Found{1, 6}));
+  EXPECT_EQ(look_up({rows, 7}, "a b"), (Found{6, 11})) << "no value holds a blank";
+  EXPECT_EQ(look_up({rows, 7}, "a,b"), kNone);
   for (const std::string& text : {longWord, spread(longWord)}) {
     EXPECT_EQ(look_up({rows, 3}, text), (Found{2, 7}));
-    EXPECT_EQ(look_up({rows + 2, 1}, "k" + text), kNone);
+    EXPECT_EQ(look_up({rows + 2, 2}, "k" + text), kNone);
     EXPECT_EQ(look_up({rows + 2, 1}, text.substr(1)), kNone);
   }
 }

@@ -118,6 +118,14 @@ TEST(ShortMemory, Lists) {
   }
 }
 
+// One empty element for more groups than are kept without allocating.
+TEST(ShortMemory, Groups) {
+  EngineCase one;
+  one.document = "<?xml ?><cmd><a></a></cmd>";
+  one.paths.assign(40, "cmd/a");
+  fail_scans(one);
+}
+
 // More paths than the index keeps without allocating, each form of an element by itself.
 TEST(ShortMemory, Paths) {
   for (const char* element : {"", " k", " k=\"v\"", "  k=\"v\" l", "/ k=\"v\"", "/"}) {

@@ -368,6 +368,25 @@ TEST(Routes, AgreeOnAValueWhoseHashIsThatOfItsName) {
       "");
 }
 
+// "n387440839" has the hash of "cmd". The long name leaves the last end tag alone near the end.
+TEST(Routes, AgreeOnTheEndsOfRoots) {
+  const std::vector<std::string> paths = {"cmd/a", "n387440839/a", "abc/a", "cmd"};
+  const std::string name = "b_of_more_than_a_lane_of_text";
+  for (const std::string& inside :
+       {std::string("<a>1</a>"), std::string(), "<" + name + "><a>1</a></" + name + ">"}) {
+    for (const char* root :
+         {"cmd>%</cmd>", "cmd>%</cmx>", "cmd>%</cmd >", "cmd>%</cmd>x", "cmd>%</cmd", "abc>%</abc>",
+          "abc>%</cmd>", "cmdx>%</cmdx>", "n387440839>%</n387440839>", "cmd/>%", "cmd >%</cmd>"}) {
+      std::string document = std::string("<?xml ?>\n<") + root;
+      document.replace(document.find('%'), 1, inside);
+      for (const std::uint32_t flags : {0u, unsigned{CL_XML_COM_FLAG}}) {
+        EXPECT_EQ(pxcl_test::compare_routes({flags, paths, 0, document}), "") << document;
+        EXPECT_EQ(pxcl_test::compare_routes({flags, {"cmd/a"}, 0, document}), "") << document;
+      }
+    }
+  }
+}
+
 // A prefix that the document declares for another namespace is another one in the path.
 TEST(Routes, AgreeOnTablePrefixesThatMeanAnother) {
   const std::string document =
