@@ -488,10 +488,21 @@ constexpr bool has_no_duplicate(const ClssDicRow (&table)[rows]) {
   return true;
 }
 
+// A blank or a comma would never be found: a text's value has none.
+template <std::size_t rows>
+constexpr bool has_values_only(const ClssDicRow (&table)[rows]) {
+  for (const ClssDicRow& row : table) {
+    const std::string_view word = row.keyword == nullptr ? "" : row.keyword;
+    if (word.find_first_of(" ,") != word.npos) return false;
+  }
+  return true;
+}
+
 // A table is sound when its count is right, row 0 is free and no keyword hides another.
 template <std::size_t rows>
 constexpr bool is_sound(const ClssDicRow (&table)[rows], std::uint16_t count) {
-  return rows == count && table[0].keyword == nullptr && has_no_duplicate(table);
+  return rows == count && table[0].keyword == nullptr && has_no_duplicate(table) &&
+         has_values_only(table);
 }
 
 // What names the elements of a size or type is told from a namespace prefix by the ":" alone.
@@ -509,7 +520,9 @@ static_assert(has_no_colon(glb_clssdicPaperSizeTbl) && has_no_colon(glb_clssdicP
 
 static_assert(std::size(glb_clssdicServiceTypeTbl) == CLSS_NUM_SERVICETYPE_LIST);
 static_assert(has_no_duplicate(glb_clssdicServiceTypeTbl));
+static_assert(has_values_only(glb_clssdicServiceTypeTbl));
 static_assert(std::size(glb_clssdicDuplexPrintTbl) == CLSS_DICNUM_DUPLEXPRINT);
+static_assert(has_values_only(glb_clssdicDuplexPrintTbl));
 static_assert(is_sound(glb_clssdicInkgroupTbl, CLSS_DICNUM_INKGROUP));
 static_assert(is_sound(glb_clssdicInputbinTbl, CLSS_DICNUM_INPUTBIN));
 static_assert(is_sound(glb_clssdicPaperTypeDiscLabelPrintTbl, CLSS_NUM_PAPERTYPE_DISC_LABEL_PRINT));

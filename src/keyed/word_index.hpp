@@ -40,7 +40,8 @@ constexpr WordIndex index_words(const ClssDicRow (&table)[count]) {
     if (table[row].keyword == nullptr) continue;
     const std::string_view word = table[row].keyword;
     // Such a keyword is found in a text before it is known what the text's value is.
-    if (word.size() < WordIndex::kShortest || word.find_first_of(" ,") != word.npos) a_keyword_has_to_be_a_long_value();
+    if (word.size() < WordIndex::kShortest || word.find_first_of(" ,") != word.npos)
+      a_keyword_has_to_be_a_long_value();
     u64 slot = hash_word(word);
     while (index.rows[slot] != WordIndex::kFree) slot = (slot + 1) % WordIndex::kSlots;
     index.rows[slot] = static_cast<u8>(row);

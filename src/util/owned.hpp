@@ -53,9 +53,7 @@ class Owned {
   explicit operator bool() const { return block_ != nullptr; }
 
   Record* release() { return std::exchange(block_, nullptr); }
-  void reset(Record* block = nullptr) {
-    KWVSDisposePTRX(std::exchange(block_, block));
-  }
+  void reset(Record* block = nullptr) { KWVSDisposePTRX(std::exchange(block_, block)); }
 
  private:
   Record* block_ = nullptr;
