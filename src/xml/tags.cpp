@@ -471,7 +471,8 @@ void open_usual_root(Scan& scan, u32 offset) {
   constexpr u32 kKey = element_key(kRootNode, hash_bytes(kRootName.data(), kLength), kPlainKey);
   ++scan.serial;
   // Only the slow look at an end tag may close the root.
-  scan.open[scan.depth++] = {offset, kLength, scan.aliveTop, kNoGeneration, scan.standing};
+  scan.open[scan.depth++] = {offset,        kLength,       scan.aliveTop,
+                             kNoGeneration, scan.standing, kUnsettled};
   u32 found = scan.plan.buckets[bucket_of(kKey, scan.plan.bucketMask)];
   for (; found != kNone; found = scan.plan.nodes[found].nextInBucket) {
     const Node& node = scan.plan.nodes[found];
