@@ -165,7 +165,7 @@ inline i32 stop_following(Scan& scan, Cursor& cursor, const Follower& follower, 
   return pass(scan, cursor, follower.at, taken);
 }
 
-// Goes back to the tag's "<": it is not what its shape is.
+// Goes back to the tag's "<": it is to be taken by itself.
 inline i32 stop_at_tag(Scan& scan, Cursor& cursor, Follower follower) {
   follower.at = follower.tag.value - follower.shape->key.length - 1;
   scan.lastShape = nullptr;
@@ -189,27 +189,18 @@ inline i32 stop_behind_tag(Scan& scan, Cursor& cursor, Follower follower) {
   return stop_following(scan, cursor, follower, taken);
 }
 
-// An element that matches nodes by its value, up to `end`, is opened, and no longer followed: what
-// its children match depends on that value.
-inline i32 stop_at_value(Scan& scan, Cursor& cursor, const Follower& follower, u32* end) {
-  const Shape& shape = *follower.shape;
-  const Tag tag = as_tag(cursor, shape, follower.tag);
-  if (shape.node != kNone) {
-    const Node& node = scan.plan.nodes[shape.node];
-    if ((node.flags & kEachValue) != 0) note_plain_key(scan, node, tag);
-    *end++ = shape.node;
-  }
-  stop_following(scan, cursor, follower, true);
-  scan.lastShape = nullptr;
-  return enter(scan, cursor, tag, end, kUnsettled);
+// Why a scan no longer follows shapes.
+enum class Stop : u8 { kNowhere, kBehindTag, kAtTag, kNoMemory };
+
+// Whether an element matches nodes by its value: what its children match depends on that.
+inline bool matches_by_value(Scan& scan, const Cursor& cursor, const Follower& follower) {
+  if (!follower.shape->byValue) return false;
+  u32* const nodes = scan.alive.begin() + follower.aliveTop;
+  return append_by_value(scan, cursor, *follower.shape, follower.tag, nodes[-1], nodes) != nodes;
 }
 
-// Why a scan no longer follows shapes.
-enum class Stop : u8 { kNowhere, kBehindTag, kAtTag, kAtValue, kNoMemory };
-
-// Takes what follows `follower.shape` as long as it is what followed such a one before. `end`: of
-// the nodes that the last element matches by its value.
-inline Stop follow_all(Scan& scan, const Cursor& cursor, Follower& follower, u32*& end) {
+// Takes what follows `follower.shape` as long as it is what followed such a one before.
+inline Stop follow_all(Scan& scan, const Cursor& cursor, Follower& follower) {
   Stop stop = Stop::kNowhere;
   for (;;) {
     const Stretch& stretch = follower.shape->follower;
@@ -230,11 +221,7 @@ inline Stop follow_all(Scan& scan, const Cursor& cursor, Follower& follower, u32
     follower.isPending = shape.key.isLeaf;
     follower.at = follower.tag.close;
     if (shape.key.isLeaf) continue;
-    if (shape.byValue) {
-      u32* const begin = scan.alive.begin() + follower.aliveTop;
-      end = append_by_value(scan, cursor, shape, follower.tag, begin[-1], begin);
-      if (begin != end) return Stop::kAtValue;
-    }
+    if (matches_by_value(scan, cursor, follower)) return Stop::kAtTag;
     open_followed(scan, follower, shape, follower.tag.value - shape.key.length);
     if (shape.node != kNone && !serve(scan, cursor, shape, follower.tag, shape.node)) {
       return Stop::kNoMemory;
@@ -274,11 +261,9 @@ Learned learn(Scan& scan, OpenElement& parent, const Tag& tag, bool isLeaf, Matc
 
 i32 follow(Scan& scan, Cursor& cursor, Shape& first, u32 at) {
   Follower follower = {&first, cursor.top, at, scan.aliveTop, false, {}};
-  u32* end = nullptr;
-  const Stop stop = follow_all(scan, cursor, follower, end);
+  const Stop stop = follow_all(scan, cursor, follower);
   if (stop == Stop::kBehindTag) return stop_behind_tag(scan, cursor, follower);
   if (stop == Stop::kAtTag) return stop_at_tag(scan, cursor, follower);
-  if (stop == Stop::kAtValue) return stop_at_value(scan, cursor, follower, end);
   if (stop == Stop::kNoMemory) return stop_following(scan, cursor, follower, false);
   begin_stretch(scan, at, &first);
   return kSuccess;
