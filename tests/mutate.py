@@ -80,7 +80,7 @@ class Tree:
 
     def passes(self, folder, target):
         program = self.program(folder, target)
-        modes = [["pages"], ["memory"]] if target == "sweep" else [["--gtest_fail_fast", "--gtest_brief=1", "--gtest_filter=-*Linear*"]]
+        modes = [["pages"], ["memory"], ["nulls"]] if target == "sweep" else [["--gtest_fail_fast", "--gtest_brief=1", "--gtest_filter=-*Linear*"]]
         for mode in modes:
             try:
                 done = subprocess.run([program, *mode], cwd=self.build_folder, timeout=SECONDS, stdout=subprocess.DEVNULL,

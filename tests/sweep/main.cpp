@@ -5,7 +5,7 @@
 //   heap     with exact blocks, for the tools that watch every access
 //   pages    with its texts and variables against unreadable pages
 //   nulls    with each of its arguments and of their records' members zero in turn, and with each
-//            text empty
+//            text empty: the answers are those of tests/data/nulls
 //   memory   with each of its allocations failing, alone and with all that follow
 //   threads  by eight threads at once
 // or listed: names
@@ -54,7 +54,8 @@ struct Outcome {
   bool denied;
 };
 
-Outcome make(const Call& call, Stage& stage) {
+// `untouched` is asked of what has at most `keeps` bytes.
+Outcome make(const Call& call, Stage& stage, std::uint64_t keeps = ~std::uint64_t{0}) {
   Allocations& all = allocations();
   const std::int64_t live = all.live;
   Outcome outcome = {};
@@ -63,7 +64,7 @@ Outcome make(const Call& call, Stage& stage) {
   outcome.answer = call.make(stage);
   outcome.allocations = all.made;
   if (all.live != live) report(call, "leaks blocks", all.live - live);
-  outcome.untouched = stage.is_untouched(call.shortage.keeps);
+  outcome.untouched = stage.is_untouched(keeps);
   outcome.denied = stage.has_denied();
   stage.note(static_cast<std::uint64_t>(outcome.answer));
   outcome.digest = stage.end(overrun);
@@ -104,7 +105,7 @@ void fail_once(const Call& call, Stage& stage, std::uint64_t nth, bool later) {
   Allocations& all = allocations();
   all.failAt = currentFailure = nth;
   all.failLater = later;
-  const Outcome outcome = make(call, stage);
+  const Outcome outcome = make(call, stage, call.shortage.keeps);
   all.failAt = 0;
   if (!call.shortage.lists(outcome.answer)) report(call, "answers", outcome.answer);
   if (!outcome.untouched) report(call, "writes", outcome.answer);
@@ -126,22 +127,37 @@ void make_without_memory() {
   std::printf("%llu allocations failed as documented\n", static_cast<unsigned long long>(failures));
 }
 
-// Nothing is asked of the answer: some may be null or empty.
-std::uint64_t deny_each(const Call& call, Stage& stage) {
+// The call's name and its answers, as a line of tests/data/nulls; behind an answer "!": it has
+// written all the same.
+void deny_each(const Call& call, Stage& stage, char (&line)[512]) {
   current = &call;
-  bool denied = true;
-  for (currentFailure = 1; denied; ++currentFailure) {
+  int end = std::snprintf(line, sizeof line, "%s", call.name);
+  for (currentFailure = 1;; ++currentFailure) {
     stage.deny(currentFailure);
-    denied = make(call, stage).denied;
+    const Outcome outcome = make(call, stage);
+    if (!outcome.denied) break;
+    end += std::snprintf(line + end, sizeof line - static_cast<std::size_t>(end), " %lld%s",
+                         static_cast<long long>(outcome.answer), outcome.untouched ? "" : "!");
   }
-  return currentFailure - 2;
+  std::strcat(line, "\n");
 }
 
+// What is printed is what the file should hold when an answer is meant to be another.
 void make_with_nulls() {
   Stage stage(Ground::kBeforePage);
-  std::uint64_t count = 0;
-  for (const Call& call : calls()) count += deny_each(call, stage);
-  std::printf("%llu nulls and empty texts\n", static_cast<unsigned long long>(count));
+  std::FILE* const file = std::fopen(PXCL_TEST_DATA "/nulls", "r");
+  char expected[512], line[512];
+  for (const Call& call : calls()) {
+    deny_each(call, stage, line);
+    std::fputs(line, stdout);
+    if (file != nullptr && std::fgets(expected, sizeof expected, file) != nullptr &&
+        std::strcmp(line, expected) == 0) {
+      continue;
+    }
+    std::fprintf(stderr, "%s", line);
+    report(call, "does not answer as in tests/data/nulls", 0);
+  }
+  if (file != nullptr) std::fclose(file);
 }
 
 constexpr int kThreads = 8, kRounds = 50;
