@@ -96,8 +96,6 @@ TEST(PrintSequence, MakesOneCommandAStepAndSaysSoInOneWrite) {
     EXPECT_EQ(bad.status, CLSS_COMMAND_BAD_ARGUMENT);
     EXPECT_EQ(bad.length, 0U);
     EXPECT_TRUE(bad.errors.empty());
-    EXPECT_EQ(PXCL_GetPrintCommand(buffer, sizeof buffer, nullptr, "00000042", step.number),
-              CLSS_COMMAND_BAD_ARGUMENT);
   }
 }
 

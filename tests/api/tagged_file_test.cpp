@@ -141,12 +141,6 @@ TEST_F(TaggedFile, MayBeNoFile) {
   EXPECT_EQ(look_up_in(testing::TempDir(), "T").status, -1);
   EXPECT_EQ(look_up_in(path_ + "-missing", "T").status, -1);
   EXPECT_EQ(look_up_in("", "T").status, -1);
-  char mark = 0;
-  char* result = &mark;
-  EXPECT_EQ(PXCL_GetStringWithTagFromFile(nullptr, "T", 0, &result), -1);
-  EXPECT_EQ(PXCL_GetStringWithTagFromFile("", nullptr, 0, &result), -1);
-  EXPECT_EQ(result, nullptr);
-  EXPECT_EQ(PXCL_GetStringWithTagFromFile("", "T", 0, nullptr), -1);
 }
 
 }  // namespace

@@ -124,15 +124,9 @@ TEST(TextCode, TakesTheSumAsItAddsUp) {
   EXPECT_EQ(decode(std::string("aa=aaaaaae") + static_cast<char>('k' + 16), 8).status, 1);
 }
 
-TEST(TextCode, TakesNoNullAndNoLengthBeyond32Bits) {
+TEST(TextCode, TakesNoLengthBeyond32Bits) {
   char text[16];
   std::uint8_t bytes[16] = {};
-  EXPECT_EQ(PXCL_EncodeToString(nullptr, 1, text, sizeof text), -1);
-  EXPECT_EQ(PXCL_EncodeToString(nullptr, 0, text, sizeof text), 9);
-  EXPECT_EQ(PXCL_EncodeToString(bytes, 1, nullptr, 16), -1);
-  EXPECT_EQ(PXCL_DecodeFromString(nullptr, 9, bytes, sizeof bytes), -1);
-  EXPECT_EQ(PXCL_DecodeFromString("=aaaaaaaa", 9, nullptr, 4), -1);
-  EXPECT_EQ(PXCL_DecodeFromString("=aaaaaaaa", 9, nullptr, 0), 0);
   for (const std::uint64_t size : {(1ULL << 30) - 4, 1ULL << 31, 1ULL << 32, ~0ULL, ~0ULL / 2}) {
     EXPECT_EQ(PXCL_EncodeToString(bytes, size, text, ~0ULL), -1) << size;
   }

@@ -3,8 +3,6 @@
 
 #include "catalogue.hpp"
 
-#include "commands.h"
-
 namespace pxcl_test {
 
 const std::string kCapability =
@@ -21,140 +19,100 @@ const std::string kCapability =
 
 namespace {
 
-constexpr const char* kJob = "00000042";
-constexpr const char* kTime = "20240102030405";
 constexpr const char* kTitle = "Sheet 3 <of> 5 & more";
-constexpr std::uint16_t kAbsent = CLSS_SETTING_ABSENT;
+
+using enum Kind;
 
 // A builder with its arguments; b, s and l are buffer, size and length.
-#define CALL(...) \
-  [=](char* b, std::uint64_t s, std::uint64_t* l) { return CLSS_MakeCommand_##__VA_ARGS__; }
+#define CALL(...) [=](Buffer b, Size s, Length l) { return CLSS_MakeCommand_##__VA_ARGS__; }
 
-void add_fixed(std::vector<Command>& all) {
-  const auto add = [&](std::string file, std::string builder, auto call) {
-    all.push_back({file, builder, Kind::kFixed, call});
-  };
-  const auto capability = [](std::int32_t selector) {
-    return CALL(GetCapability(b, s, l, selector));
-  };
-  const auto configuration = [](std::int32_t selector) {
-    return CALL(GetConfiguration(b, s, l, selector));
-  };
-  add("GetCapability_print", "GetCapability", capability(0));
-  add("GetCapability_device", "GetCapability", capability(1));
-  add("GetCapability_maintenance", "GetCapability", capability(3));
-  add("GetConfiguration_print", "GetConfiguration", configuration(0));
-  add("GetConfiguration_device", "GetConfiguration", configuration(1));
-  add("PowerOff", "PowerOff", CLSS_MakeCommand_PowerOff);
-  add("FRomUpMode", "FRomUpMode", CLSS_MakeCommand_FRomUpMode);
-  add("Handoveroff", "Handoveroff", CLSS_MakeCommand_Handoveroff);
-  add("GetStatusDevice", "GetStatusDevice", CLSS_MakeCommand_GetStatusDevice);
-  add("GetJobIDList", "GetJobIDList", CLSS_MakeCommand_GetJobIDList);
-  add("GetStatus_print", "GetStatusPrint", CALL(GetStatusPrint(nullptr, b, s, l)));
-  add("GetStatus_maintenance", "GetStatusMaintenance",
-      CALL(GetStatusMaintenance(nullptr, b, s, l)));
+Call configure(ClssConfigurationPaper paper, ClssConfigurationMode mode) {
+  return CALL(SetConfigurationNS(paper, mode, kJob, nullptr, 0, b, s, l));
 }
 
-void add_jobs(std::vector<Command>& all) {
-  const auto add = [&](std::string file, std::string builder, auto call) {
-    all.push_back({file, builder, Kind::kFormatted, call});
-  };
-  constexpr std::uint16_t kHosts[] = {1, 2, 3, 7};
-  for (std::int16_t mode = 0; mode < 4; ++mode) {
-    const std::string name = "StartJob_" + std::to_string(mode);
-    add(name, mode == 0 ? "StartJob" : "StartJob2",
-        [=](char* b, std::uint64_t s, std::uint64_t* l) {
-          return mode == 0 ? CLSS_MakeCommand_StartJob(kJob, "1", b, s, l)
-                           : CLSS_MakeCommand_StartJob2(mode, kJob, "1", b, s, l);
-        });
-    add(name + "_described", "StartJob3", CALL(StartJob3(3, 0, kTitle, mode, kJob, "1", b, s, l)));
-    add(name + "_host", "StartJob3",
-        CALL(StartJob3(2, kHosts[mode], kTitle, mode, kJob, "1", b, s, l)));
-  }
-  add("EndJob_print", "EndJob", CALL(EndJob(0, kJob, b, s, l)));
-  add("EndJob_fax", "EndJob", CALL(EndJob(9, kJob, b, s, l)));
-  add("CancelJob_maintenance", "CancelJob", CALL(CancelJob(3, kJob, b, s, l)));
-  add("ModeShift", "ModeShift", CALL(ModeShift(1, kJob, "1", b, s, l)));
+Command configure_as_told(std::string file, ClssConfigurationPaper paper,
+                          ClssConfigurationMode mode) {
+  return {
+      file, kFormatted,
+      CALL(SetConfigurationNS(paper, mode, kJob, kCapability.data(), kCapability.size(), b, s, l)),
+      true};
 }
 
-void add_keyed(std::vector<Command>& all) {
-  const auto add = [&](std::string file, std::string builder, auto call) {
-    all.push_back({file, builder, Kind::kKeyed, call});
-  };
-  const auto page = [](std::uint16_t nextPage, std::uint16_t preparation) {
-    return CALL(SetPageConfiguration2(kJob, nextPage, preparation, b, s, l));
-  };
-  const auto job = [](const char* time, std::uint16_t guide) {
-    return CALL(SetJobConfiguration(kJob, time, guide, b, s, l));
-  };
-  add("SendDataJPEG", "SendDataJPEG", CALL(SendDataJPEG(kJob, 1234, b, s, l)));
-  add("SendDataJPEGPAGE", "SendDataJPEGPAGE", CALL(SendDataJPEGPAGE(kJob, 2147483647, b, s, l)));
-  // The printer reads the size as a signed number.
-  add("SendDataPWGRaster", "SendDataPWGRaster", CALL(SendDataPWGRaster(kJob, 3000000000, b, s, l)));
-  add("SendDataRAW", "SendDataRAW", CALL(SendDataRAW(kJob, 100, 50, b, s, l)));
-  add("SetPageConfiguration", "SetPageConfiguration", CALL(SetPageConfiguration(kJob, 0, b, s, l)));
-  add("SetPageConfiguration_next", "SetPageConfiguration2", page(1, 0));
-  add("SetPageConfiguration_preparation", "SetPageConfiguration2", page(0, 2));
-  add("SetPageConfiguration_both", "SetPageConfiguration2", page(2, 1));
-  add("SetJobConfiguration", "SetJobConfiguration", job(nullptr, 0));
-  add("SetJobConfiguration_time", "SetTime", CALL(SetTime(kJob, kTime, b, s, l)));
-  add("SetJobConfiguration_guide", "SetJobConfiguration", job(nullptr, 1));
-  add("SetJobConfiguration_both", "SetJobConfiguration", job(kTime, 2));
-  add("GetStatus_print_job", "GetStatusPrint", CALL(GetStatusPrint(kJob, b, s, l)));
-  add("GetStatus_maintenance_job", "GetStatusMaintenance",
-      CALL(GetStatusMaintenance(kJob, b, s, l)));
-}
-
-void add_configurations(std::vector<Command>& all) {
-  const auto add = [&](std::string file, ClssConfigurationPaper paper, ClssConfigurationMode mode,
-                       bool replied = false) {
-    const auto call = [=](char* b, std::uint64_t s, std::uint64_t* l) {
-      return CLSS_MakeCommand_SetConfigurationNS(paper, mode, kJob,
-                                                 replied ? kCapability.data() : nullptr,
-                                                 replied ? kCapability.size() : 0, b, s, l);
-    };
-    all.push_back({file, "SetConfigurationNS", Kind::kFormatted, call, replied});
-  };
-  constexpr std::uint16_t kLetter = 1, kA3 = 5, kA4 = 4, kStationery = 1, kPhotographic = 12;
-  const ClssConfigurationPaper plain = {2, kA4, kStationery, 1};
-  const ClssConfigurationPaper borderless = {2, kA4, kStationery, 2};
-  add("SetConfiguration", plain, {kAbsent, kAbsent});
-  add("SetConfiguration_color", plain, {2, kAbsent});
-  add("SetConfiguration_duplex", plain, {kAbsent, 2});
-  add("SetConfiguration_staple", plain, {kAbsent, 4});
-  add("SetConfiguration_color_duplex", borderless, {1, 1});
-  add("SetConfiguration_color_staple", borderless, {4, 3});
-  add("SetConfiguration_schema_size", plain, {kAbsent, kAbsent}, true);
-  add("SetConfiguration_all_namespaces", {2, kA4, kPhotographic, 2}, {1, 4}, true);
-  add("SetConfiguration_vendor", {2, kA3, kPhotographic, 2}, {1, 1}, true);
-  add("SetConfiguration_common", {2, kLetter, kStationery, 1}, {kAbsent, kAbsent}, true);
-  add("SetConfiguration_unused_rows", {2, 30, 19, 1}, {kAbsent, kAbsent});
-  all.push_back({"SetConfiguration_device", "SetConfigurationDevice", Kind::kFormatted,
-                 CALL(SetConfigurationDevice({1, 2}, kJob, b, s, l))});
-}
-
-void add_maintenance(std::vector<Command>& all) {
-  const auto add = [&](std::string file, std::string builder, auto call) {
-    all.push_back({file, builder, Kind::kMaintenance, call});
-  };
-  const auto configure = [](const char* time) {
-    return CALL(SetJobConfiguration_Maintenance(kJob, time, b, s, l));
-  };
-  add("SetJobConfiguration_Maintenance", "SetJobConfiguration_Maintenance", configure(nullptr));
-  add("SetJobConfiguration_Maintenance_time", "SetJobConfiguration_Maintenance", configure(kTime));
-  add("TestPrint", "TestPrint", CALL(TestPrint(kJob, b, s, l)));
-  add("AutoRegistration", "AutoRegistration", CALL(AutoRegistration(kJob, b, s, l)));
-  add("Cleaning", "Cleaning", CALL(Cleaning(kJob, b, s, l)));
-}
+constexpr std::uint16_t kLetter = 1, kA3 = 5, kA4 = 4, kStationery = 1, kPhotographic = 12;
+constexpr ClssConfigurationPaper kPlain = {2, kA4, kStationery, 1};
+constexpr ClssConfigurationPaper kBorderless = {2, kA4, kStationery, 2};
 
 std::vector<Command> list_all() {
-  std::vector<Command> all;
-  add_fixed(all);
-  add_jobs(all);
-  add_keyed(all);
-  add_configurations(all);
-  add_maintenance(all);
-  return all;
+  return {
+      {"GetCapability_print", kFixed, CALL(GetCapability(b, s, l, 0))},
+      {"GetCapability_device", kFixed, CALL(GetCapability(b, s, l, 1))},
+      {"GetCapability_maintenance", kFixed, CALL(GetCapability(b, s, l, 3))},
+      {"GetConfiguration_print", kFixed, CALL(GetConfiguration(b, s, l, 0))},
+      {"GetConfiguration_device", kFixed, CALL(GetConfiguration(b, s, l, 1))},
+      {"PowerOff", kFixed, CLSS_MakeCommand_PowerOff},
+      {"FRomUpMode", kFixed, CLSS_MakeCommand_FRomUpMode},
+      {"Handoveroff", kFixed, CLSS_MakeCommand_Handoveroff},
+      {"GetStatusDevice", kFixed, CLSS_MakeCommand_GetStatusDevice},
+      {"GetJobIDList", kFixed, CLSS_MakeCommand_GetJobIDList},
+      {"GetStatus_print", kFixed, CALL(GetStatusPrint(nullptr, b, s, l))},
+      {"GetStatus_maintenance", kFixed, CALL(GetStatusMaintenance(nullptr, b, s, l))},
+
+      {"StartJob_0", kFormatted, CALL(StartJob(kJob, "1", b, s, l))},
+      {"StartJob_1", kFormatted, CALL(StartJob2(1, kJob, "1", b, s, l))},
+      {"StartJob_2", kFormatted, CALL(StartJob2(2, kJob, "1", b, s, l))},
+      {"StartJob_3", kFormatted, CALL(StartJob2(3, kJob, "1", b, s, l))},
+      {"StartJob_0_described", kFormatted, CALL(StartJob3(3, 0, kTitle, 0, kJob, "1", b, s, l))},
+      {"StartJob_1_described", kFormatted, CALL(StartJob3(3, 0, kTitle, 1, kJob, "1", b, s, l))},
+      {"StartJob_2_described", kFormatted, CALL(StartJob3(3, 0, kTitle, 2, kJob, "1", b, s, l))},
+      {"StartJob_3_described", kFormatted, CALL(StartJob3(3, 0, kTitle, 3, kJob, "1", b, s, l))},
+      {"StartJob_0_host", kFormatted, CALL(StartJob3(2, 1, kTitle, 0, kJob, "1", b, s, l))},
+      {"StartJob_1_host", kFormatted, CALL(StartJob3(2, 2, kTitle, 1, kJob, "1", b, s, l))},
+      {"StartJob_2_host", kFormatted, CALL(StartJob3(2, 3, kTitle, 2, kJob, "1", b, s, l))},
+      {"StartJob_3_host", kFormatted, CALL(StartJob3(2, 7, kTitle, 3, kJob, "1", b, s, l))},
+      {"EndJob_print", kFormatted, CALL(EndJob(0, kJob, b, s, l))},
+      {"EndJob_fax", kFormatted, CALL(EndJob(9, kJob, b, s, l))},
+      {"CancelJob_maintenance", kFormatted, CALL(CancelJob(3, kJob, b, s, l))},
+      {"ModeShift", kFormatted, CALL(ModeShift(1, kJob, "1", b, s, l))},
+
+      {"SendDataJPEG", kKeyed, CALL(SendDataJPEG(kJob, 1234, b, s, l))},
+      {"SendDataJPEGPAGE", kKeyed, CALL(SendDataJPEGPAGE(kJob, 2147483647, b, s, l))},
+      // The printer reads the size as a signed number.
+      {"SendDataPWGRaster", kKeyed, CALL(SendDataPWGRaster(kJob, 3000000000, b, s, l))},
+      {"SendDataRAW", kKeyed, CALL(SendDataRAW(kJob, 100, 50, b, s, l))},
+      {"SetPageConfiguration", kKeyed, CALL(SetPageConfiguration(kJob, 0, b, s, l))},
+      {"SetPageConfiguration_next", kKeyed, CALL(SetPageConfiguration2(kJob, 1, 0, b, s, l))},
+      {"SetPageConfiguration_preparation", kKeyed,
+       CALL(SetPageConfiguration2(kJob, 0, 2, b, s, l))},
+      {"SetPageConfiguration_both", kKeyed, CALL(SetPageConfiguration2(kJob, 2, 1, b, s, l))},
+      {"SetJobConfiguration", kKeyed, CALL(SetJobConfiguration(kJob, nullptr, 0, b, s, l))},
+      {"SetJobConfiguration_time", kKeyed, CALL(SetTime(kJob, kTime, b, s, l))},
+      {"SetJobConfiguration_guide", kKeyed, CALL(SetJobConfiguration(kJob, nullptr, 1, b, s, l))},
+      {"SetJobConfiguration_both", kKeyed, CALL(SetJobConfiguration(kJob, kTime, 2, b, s, l))},
+      {"GetStatus_print_job", kKeyed, CALL(GetStatusPrint(kJob, b, s, l))},
+      {"GetStatus_maintenance_job", kKeyed, CALL(GetStatusMaintenance(kJob, b, s, l))},
+
+      {"SetConfiguration", kFormatted, configure(kPlain, {kAbsent, kAbsent})},
+      {"SetConfiguration_color", kFormatted, configure(kPlain, {2, kAbsent})},
+      {"SetConfiguration_duplex", kFormatted, configure(kPlain, {kAbsent, 2})},
+      {"SetConfiguration_staple", kFormatted, configure(kPlain, {kAbsent, 4})},
+      {"SetConfiguration_color_duplex", kFormatted, configure(kBorderless, {1, 1})},
+      {"SetConfiguration_color_staple", kFormatted, configure(kBorderless, {4, 3})},
+      {"SetConfiguration_unused_rows", kFormatted, configure({2, 30, 19, 1}, {kAbsent, kAbsent})},
+      configure_as_told("SetConfiguration_schema_size", kPlain, {kAbsent, kAbsent}),
+      configure_as_told("SetConfiguration_all_namespaces", {2, kA4, kPhotographic, 2}, {1, 4}),
+      configure_as_told("SetConfiguration_vendor", {2, kA3, kPhotographic, 2}, {1, 1}),
+      configure_as_told("SetConfiguration_common", {2, kLetter, kStationery, 1},
+                        {kAbsent, kAbsent}),
+      {"SetConfiguration_device", kFormatted, CALL(SetConfigurationDevice({1, 2}, kJob, b, s, l))},
+
+      {"SetJobConfiguration_Maintenance", kMaintenance,
+       CALL(SetJobConfiguration_Maintenance(kJob, nullptr, b, s, l))},
+      {"SetJobConfiguration_Maintenance_time", kMaintenance,
+       CALL(SetJobConfiguration_Maintenance(kJob, kTime, b, s, l))},
+      {"TestPrint", kMaintenance, CALL(TestPrint(kJob, b, s, l))},
+      {"AutoRegistration", kMaintenance, CALL(AutoRegistration(kJob, b, s, l))},
+      {"Cleaning", kMaintenance, CALL(Cleaning(kJob, b, s, l))},
+  };
 }
 
 }  // namespace
@@ -164,11 +122,11 @@ const std::vector<Command>& catalogue() {
   return all;
 }
 
-Made make(const Command& command) {
-  std::string buffer(4096, '\x5A');
+Made make(const Call& call, Size size) {
+  std::string buffer(4096, kFiller);
   std::uint64_t length = kUnwritten;
-  const std::int32_t status = command.make(buffer.data(), buffer.size(), &length);
-  return {status, length, buffer.substr(0, status == 0 ? length : 0)};
+  const std::int32_t status = call(buffer.data(), size, &length);
+  return {status, length, buffer.substr(0, status == 0 ? length : 0), buffer};
 }
 
 }  // namespace pxcl_test

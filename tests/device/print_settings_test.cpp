@@ -108,7 +108,6 @@ TEST(PrintSettings, Init) {
   record = record_of({1, 2, 3, 4, 5}, 1);
   EXPECT_EQ(CLSS_initPrintSettings(&record), -8);
   EXPECT_EQ(fields_of(record), (Fields{1, 2, 3, 4, 5}));
-  EXPECT_EQ(CLSS_initPrintSettings(nullptr), -2);
   EXPECT_EQ(CLSS_IsDiscLabelPrintSettings(), 0);
 }
 
@@ -182,8 +181,6 @@ TEST(Completion, RefusesInOrder) {
     EXPECT_EQ(CLSS_AutoMakeOtherPrintSettings(0, row.document, row.length, &record), row.status);
     EXPECT_EQ(fields_of(record), fields_of(row.record));
   }
-  EXPECT_EQ(CLSS_AutoMakeOtherPrintSettings(0, data, size, nullptr), -2);
-  EXPECT_EQ(CLSS_AutoMakeOtherPrintSettings(0, nullptr, 0, nullptr), -2);
 }
 
 // One entry after the other through the indexed call, until the wanted one or a failure.

@@ -231,33 +231,7 @@ TEST(GetIdOrValue, ReadsByDictionaryOrAsANumber) {
   EXPECT_EQ(code, 65535);
 }
 
-TEST(Values, RefuseBadArguments) {
-  std::uint16_t index = 0;
-  std::uint32_t value = 0;
-  char out[4];
-  const ClssDicRow* rows = glb_clssdicResponseTbl;
-  EXPECT_EQ(GetVasloID(nullptr, 3, "OK", 2, &index, &index), -2);
-  EXPECT_EQ(GetVasloID(rows, 0, "OK", 2, &index, &index), -2);
-  EXPECT_EQ(GetVasloID(rows, 3, nullptr, 2, &index, &index), -2);
-  EXPECT_EQ(GetVasloID(rows, 3, "OK", 0, &index, &index), -2);
-  EXPECT_EQ(GetVasloID(rows, 3, "OK", 2, nullptr, &index), -2);
-  EXPECT_EQ(GetVasloID(rows, 3, "OK", 2, &index, nullptr), -2);
-  EXPECT_EQ(GetValue(nullptr, 1, &value), -2);
-  EXPECT_EQ(GetValue("1", 0, &value), -2);
-  EXPECT_EQ(GetValue("1", 1, nullptr), -2);
-  EXPECT_EQ(SetStringValue(nullptr, 1, out, 4), 0);
-  EXPECT_EQ(SetStringValue("a", 0, out, 4), 0);
-  EXPECT_EQ(SetStringValue("a", 1, nullptr, 4), 0);
-  EXPECT_EQ(CheckJobID(nullptr, nullptr, 8), -2);
-  EXPECT_EQ(CheckJobID(nullptr, "00000012", 0), -2);
-  EXPECT_EQ(GetIdOrValue(rows, 0, "OK", 2, &value, &index), -2);
-  EXPECT_EQ(GetIdOrValue(rows, 3, "OK", 2, nullptr, &index), -2);
-  EXPECT_EQ(GetIdOrValue(nullptr, 0, "1", 0, &value, &index), -4);
-}
-
 TEST(CopyValueText, CopiesUpToTheFirstComma) {
-  EXPECT_EQ(CopyValueText(nullptr, 1), nullptr);
-  EXPECT_EQ(CopyValueText("a", 0), nullptr);
   EXPECT_EQ(CopyValueText("a", ~std::uint64_t{0}), nullptr);
   const ExactBlock text("  ON\t ,x"s);
   char* const copy = CopyValueText(text.data(), text.size());

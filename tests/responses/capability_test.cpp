@@ -107,11 +107,6 @@ TEST(PaperSize, Arguments) {
   EXPECT_EQ(parse(-1, 2), 0);
   EXPECT_EQ(parse(-2, 3), -2);
   EXPECT_EQ(parse(65536, 3), -2);
-  int32_t index = 0;
-  EXPECT_EQ(CLSS_ParseCapabilityResponsePrint_PaperSize(text.data(), text.size(), &index, nullptr),
-            -2);
-  EXPECT_EQ(CLSS_ParseCapabilityResponsePrint_PaperSize(text.data(), text.size(), nullptr, nullptr),
-            -2);
   EXPECT_EQ(count_of(reply("<zirk:papersize>napkin, ,</zirk:papersize>")), -7);
   EXPECT_EQ(count_of(reply("<zirk:papersize/>")), -7);
   EXPECT_EQ(count_of(reply("", "NG")), -6);
@@ -163,21 +158,6 @@ TEST(MediaType, StapleSidesSpreadOn) {
   for (int i = 0; i < 30; ++i) sides += "longside,";
   for (int i = 0; i < 21; ++i) most += " 3";
   EXPECT_EQ(type(sides + "</zirk:stapleside>", "ON"), most) << "what is too much is dropped";
-}
-
-TEST(MediaType, Arguments) {
-  const std::string text = file("capability_small.xml");
-  ClssMediaType record = {};
-  record.version = 2;
-  for (const auto& [place, status] : {std::pair(0, -8), {-1, 0}, {-2, -2}, {65536, -2}, {3, -2}}) {
-    int32_t index = place;
-    EXPECT_EQ(
-        CLSS_ParseCapabilityResponsePrint_MediaType(text.data(), text.size(), &index, &record),
-        status);
-  }
-  int32_t index = 0;
-  EXPECT_EQ(CLSS_ParseCapabilityResponsePrint_MediaType(text.data(), text.size(), &index, nullptr),
-            -2);
 }
 
 TEST(Pixels, MostAndLeast) {

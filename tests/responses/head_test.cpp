@@ -94,25 +94,6 @@ TEST(Head, Decodes) {
   for (const auto& row : rows) EXPECT_EQ(head_of(row.text), row.head) << row.text;
 }
 
-TEST(Head, Arguments) {
-  const std::string text = file("ng_detail.xml");
-  const char* d = text.data();
-  ClssResponseCommon record = {};
-  uint64_t position = 0;
-  EXPECT_EQ(CLSS_ParseResponseCommon(nullptr, 9, &position, &record), -2);
-  EXPECT_EQ(CLSS_ParseResponseCommon(d, 0, &position, &record), -2);
-  EXPECT_EQ(CLSS_ParseResponseCommon(d, text.size(), nullptr, &record), -2);
-  EXPECT_EQ(CLSS_ParseResponseCommon(d, text.size(), &position, nullptr), -2);
-  record.reserved = 1;
-  EXPECT_EQ(CLSS_ParseResponseCommon(d, text.size(), &position, &record), -8);
-  uint16_t operation = 1, service = 1;
-  EXPECT_EQ(getOperation_ServiceType(nullptr, 9, &operation, &service), -2);
-  EXPECT_EQ(operation, 65535);
-  EXPECT_EQ(getOperation_ServiceType(d, text.size(), &operation, nullptr), -2);
-  EXPECT_EQ(getOperation_ServiceType(d, text.size(), nullptr, &service), -2);
-  EXPECT_EQ(service, 65535);
-}
-
 TEST(Head, InfoResponseWritesOnlyOnSuccess) {
   uint16_t operation = 1, detail = 2;
   uint16_t* reference = &detail;

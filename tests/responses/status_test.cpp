@@ -194,13 +194,10 @@ TEST(Status, CommonBlockOfAnyServiceByTheCallersKeys) {
   EXPECT_EQ(parse(keys, 5, text), 0);
   EXPECT_EQ(words(record).substr(0, 17), "5 7 job=/- code=4");
   EXPECT_EQ(parse(keys, 4, text), -2);
-  EXPECT_EQ(parse(nullptr, 5, text), -2);
   keys[4].valueLength = 1;
   EXPECT_EQ(parse(keys, 5, text), -4);
   EXPECT_EQ(parse(keys, 5, file("startjob_ok.xml")), -5);
   EXPECT_EQ(parse(keys, 5, "<?xml ?><cmd></cmd>"), -9);
-  EXPECT_EQ(parseCommonStatusResponse(text.data(), 0, keys, 5, &record.common), -2);
-  EXPECT_EQ(parseCommonStatusResponse(text.data(), text.size(), keys, 5, nullptr), -2);
 }
 
 TEST(Job, MaintenanceBlockAlone) {
@@ -281,7 +278,6 @@ TEST(JobList, TheBoundIsOnThePositionNotOnTheSlotsFilled) {
   int32_t count = 9;
   EXPECT_EQ(CLSS_ParseJobIDListResponse(text.data(), text.size(), nullptr, &count), 0);
   EXPECT_EQ(count, 5);
-  EXPECT_EQ(CLSS_ParseJobIDListResponse(text.data(), text.size(), nullptr, nullptr), -2);
 }
 
 }  // namespace

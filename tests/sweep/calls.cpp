@@ -396,7 +396,7 @@ class Tried {
 // A document, a device ID: `d` and its length `n`.
 #define READ(name, answer, shortage, text, ...) \
   STEPS(name, answer, shortage, const auto [d, n] = text; return f(d, n, ##__VA_ARGS__);)
-#define TO_BUFFER(bits) s.buffer(2048), 2048, s.out<std::uint##bits##_t>(0)
+#define TO_BUFFER(bits) s.buffer(2048), 2048, s.out<std::uint##bits##_t>(77)
 #define JOB s.string("00000042")
 
 constexpr const char* kId = "MFG:x;CMD:ZIRK,NOLP;SOJ:NOLP;MDL:TX100series;";
@@ -590,7 +590,7 @@ const Call kCalls[] = {
   CALL(CLSS_MakeCommand_SendDataJPEGPAGE, 0, kTakesNone, f(JOB, 1234, TO_BUFFER(64))),
   CALL(CLSS_MakeCommand_SendDataPWGRaster, 0, kTakesNone, f(JOB, 3000000000, TO_BUFFER(64))),
   CALL(CLSS_MakeCommand_SendDataRAW, 0, kTakesNone, f(JOB, 100, 50, TO_BUFFER(64))),
-  CALL(PXCL_GetSendDataPWGRasterCommand, 0, kTakesNone, f(JOB, 1234, 2048, s.buffer(2048), s.out<std::uint64_t>(0))),
+  CALL(PXCL_GetSendDataPWGRasterCommand, 0, kTakesNone, f(JOB, 1234, 2048, s.buffer(2048), s.out<std::uint64_t>(77))),
   CALL(CLSS_MakeCommand_SetPageConfiguration2, 0, kTakesNone, f(JOB, 1, 2, TO_BUFFER(64))),
   CALL(CLSS_MakeCommand_SetPageConfiguration, 0, kTakesNone, f(JOB, 2, TO_BUFFER(64))),
   CALL(PXCL_GetSetPageConfigurationCommand, 0, kTakesNone, f(JOB, 0, TO_BUFFER(64))),
@@ -601,7 +601,7 @@ const Call kCalls[] = {
         return f({2, 4, 1, 2}, {1, 4}, JOB, d, n, TO_BUFFER(64));),
   STEPS(PXCL_GetSetConfigurationCommand, 0, answers({-2}, kAll), const auto [d, n] = reply(s, "capability_small");
         const std::uint16_t six[] = {0, 4, 1, 2, 1, 4};
-        return f(s.list(six), JOB, 2048, d, n, s.buffer(2048), s.out<std::uint64_t>());),
+        return f(s.list(six), JOB, 2048, d, n, s.buffer(2048), s.out<std::uint64_t>(77));),
   CALL(CLSS_MakeCommand_SetConfigurationDevice, 0, kTakesNone, f({1, 2}, JOB, TO_BUFFER(64))),
   CALL(CLSS_MakeCommand_SetJobConfiguration_Maintenance, 0, kTakesNone, f(JOB, s.string("20240102030405"), TO_BUFFER(64))),
   CALL(PXCL_MakeCommand_SetJobConfiguration_Maintenance, 0, kTakesNone, f(JOB, nullptr, TO_BUFFER(64))),

@@ -142,8 +142,6 @@ TEST(Search, NullAndRangesThatWrapAroundFindNothing) {
     EXPECT_EQ(KWVSForwardSearchData(data, length, "a", 1), nullptr);
     EXPECT_EQ(KWVSReverseSearchData(data, length, "a", 1), nullptr);
   }
-  EXPECT_EQ(KWVSForwardSearchData("abc", 3, nullptr, 1), nullptr);
-  EXPECT_EQ(KWVSReverseSearchData("abc", 3, nullptr, 1), nullptr);
 }
 
 }  // namespace

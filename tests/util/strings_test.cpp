@@ -32,14 +32,4 @@ TEST(Strings, LengthCopyAndAppend) {
   EXPECT_STREQ(buffer, "");
 }
 
-TEST(Strings, NullIsABadArgumentAndWritesNothing) {
-  char buffer[] = "abc";
-  EXPECT_EQ(KWVSGetLenOfString(nullptr), -128);
-  EXPECT_EQ(KWVSCopyString(nullptr, buffer), -128);
-  EXPECT_EQ(KWVSCopyString(buffer, nullptr), -128);
-  EXPECT_EQ(KWVSCatString(nullptr, buffer), -128);
-  EXPECT_EQ(KWVSCatString(buffer, nullptr), -128);
-  EXPECT_STREQ(buffer, "abc");
-}
-
 }  // namespace

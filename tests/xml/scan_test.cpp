@@ -167,32 +167,6 @@ TEST(Scan, AnyRoot) {
   EXPECT_EQ(answer("root", "<root/>y", CL_XML_COM_FLAG), "0@15 -103[]");
 }
 
-TEST(Requests, RefuseBadRecords) {
-  const Texts texts({0, {"cmd/a", ""}, 0, "<?xml ?><cmd><a>x</a></cmd>"});
-  const Request<ClXmlParameter> good(texts);
-  const auto refused = [&](const auto& damage) {
-    Request<ClXmlParameter> request(texts);
-    damage(request.record, request.parameters);
-    return ClXmlRequestParameter(&request.record) == -2 &&
-           ClXmlReplaceParameter(&request.record) == -2;
-  };
-  EXPECT_TRUE(refused([](auto& record, auto&) { record.document = nullptr; }));
-  EXPECT_TRUE(refused([](auto& record, auto&) { record.documentLength = 0; }));
-  EXPECT_TRUE(refused([](auto& record, auto&) { record.parameters = nullptr; }));
-  EXPECT_TRUE(refused([](auto& record, auto&) { record.parameterCount = 0; }));
-  EXPECT_TRUE(refused([](auto&, auto& parameters) { parameters[0].path = nullptr; }));
-  EXPECT_TRUE(refused([](auto&, auto& parameters) { parameters[0].pathLength = 0; }));
-  EXPECT_FALSE(refused([](auto&, auto& parameters) { parameters[1].path = nullptr; }));
-  ClXmlParserData* data = nullptr;
-  EXPECT_EQ(ClXmlInitializeParserData(&data, 0, &good.record, &good.record), -2);
-  EXPECT_EQ(ClXmlInitializeParserData(&data, 0, nullptr, nullptr), -2);
-  EXPECT_EQ(ClXmlInitializeParserData(nullptr, 0, &good.record, nullptr), -2);
-  EXPECT_EQ(ClXmlRequestParameter(nullptr), -2);
-  EXPECT_EQ(ClXmlRequestParameterList(nullptr), -2);
-  EXPECT_EQ(ClXmlReplaceParameter(nullptr), -2);
-  EXPECT_EQ(ClXmlRequestParameterListFree(nullptr), -2);
-}
-
 // Of a run that a caller has filled: what has no place in the document is no value.
 TEST(Requests, AMatchWithoutPlaceIsNoValue) {
   const Texts texts({0, {"cmd/a"}, 0, "<?xml ?><cmd></cmd>"});

@@ -198,21 +198,6 @@ TEST(Writer, RefusesValuesThatNoTextHas) {
   }
 }
 
-TEST(Writer, RefusesBadRequests) {
-  const auto refused = [](const auto& damage) {
-    Job job("<cmd><a>x</a></cmd>", {{"cmd/a", "v"}});
-    char output[64];
-    EXPECT_EQ(job.write(output, sizeof output), 0);
-    damage(job.request.record);
-    return ClXmlWrite(&job.request.record) == -2;
-  };
-  EXPECT_TRUE(refused([](ClXmlRequest& request) { request.output = nullptr; }));
-  EXPECT_TRUE(refused([](ClXmlRequest& request) { request.outputSize = 0; }));
-  EXPECT_TRUE(refused([](ClXmlRequest& request) { request.parameterCount = 0; }));
-  EXPECT_TRUE(refused([](ClXmlRequest& request) { request.document = nullptr; }));
-  EXPECT_EQ(ClXmlWrite(nullptr), -2);
-}
-
 TEST(EmptyTag, IsFoundAndExpandedInPlace) {
   const struct {
     const char* tag;  // the position is that of the scan
@@ -253,8 +238,6 @@ TEST(EmptyTag, IsFoundAndExpandedInPlace) {
     EXPECT_EQ(end, buffer.size());
     EXPECT_EQ(buffer[parameter.newValueOffset], 'v');
   }
-  EXPECT_EQ(ClXmlCheckEmptyTagSpec(nullptr, nullptr, nullptr, nullptr), -2);
-  EXPECT_EQ(ClXmlExpandEmptyElement(nullptr, nullptr, nullptr, nullptr), -2);
 }
 
 }  // namespace
