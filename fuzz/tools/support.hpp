@@ -5,19 +5,18 @@
 
 #pragma once
 
-#include <stdlib.h>
 #include <sys/mman.h>
 #include <unistd.h>
 
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>
-#include <filesystem>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "printer/xml.hpp"
+#include "tests/support/folder.hpp"
 
 namespace pxcl::fuzz {
 
@@ -53,23 +52,7 @@ inline bool is_line(std::string_view text) {
   return printer::is_xml_text(text);
 }
 
-/// A folder of this process, gone at its end.
-class Folder {
- public:
-  Folder() {
-    std::string name = (std::filesystem::temp_directory_path() / "pxcl-fuzz-XXXXXX").string();
-    require(::mkdtemp(name.data()) != nullptr);
-    path_ = name;
-  }
-  Folder(const Folder&) = delete;
-  Folder& operator=(const Folder&) = delete;
-  ~Folder() { std::filesystem::remove_all(path_); }
-
-  [[nodiscard]] const std::filesystem::path& path() const { return path_; }
-
- private:
-  std::filesystem::path path_;
-};
+using pxcl::Folder;
 
 /// A file that lies in memory.
 struct MemoryFile {

@@ -3,20 +3,17 @@
 
 #include "client/file_channel.hpp"
 
-#include <fcntl.h>
 #include <gtest/gtest.h>
-#include <poll.h>
-#include <stdlib.h>
 #include <sys/socket.h>
 #include <sys/stat.h>
-#include <termios.h>
 #include <unistd.h>
 
-#include <array>
 #include <csignal>
-#include <filesystem>
+#include <fstream>
 #include <functional>
 #include <thread>
+
+#include "tests/support/folder.hpp"
 
 namespace pxcl::client {
 namespace {
@@ -138,42 +135,28 @@ TEST(FileChannel, TakesTheLongestReplyAndNoLonger) {
 }
 
 TEST(FileChannel, TellsFailuresApart) {
-  struct Row {
+  constexpr std::size_t kAll = 100006;
+  const struct {
     const char* name;
-    std::function<void(Peer&)> part;
+    std::size_t reads;
+    const char* answers;
+    bool closes;
+  } rows[] = {
+      {"does not read", 0, "", false},        {"does not answer", kAll, "", false},
+      {"answers half", kAll, "<cmd>", false}, {"closes at once", 0, "", true},
+      {"closes in the data", 1000, "", true}, {"closes in the reply", kAll, "<cmd>", true},
   };
-  const Row rows[] = {
-      {"does not read", [](Peer&) { std::this_thread::sleep_for(600ms); }},
-      {"does not answer",
-       [](Peer& peer) {
-         peer.read(100006);
-         std::this_thread::sleep_for(600ms);
-       }},
-      {"answers half",
-       [](Peer& peer) {
-         peer.read(100006);
-         peer.write("<cmd>");
-         std::this_thread::sleep_for(600ms);
-       }},
-      {"closes at once", [](Peer& peer) { peer.close(); }},
-      {"closes in the data",
-       [](Peer& peer) {
-         peer.read(1000);
-         peer.close();
-       }},
-      {"closes in the reply",
-       [](Peer& peer) {
-         peer.read(100006);
-         peer.write("<cmd>");
-         peer.close();
-       }},
-  };
-  for (const Row& row : rows) {
+  for (const auto& row : rows) {
     SCOPED_TRACE(row.name);
     Wire wire(300ms);
-    wire.play(row.part);
+    wire.play([&row](Peer& peer) {
+      peer.read(row.reads);
+      peer.write(row.answers);
+      if (row.closes) return peer.close();
+      std::this_thread::sleep_for(600ms);
+    });
     const Clock::time_point begin = Clock::now();
-    const auto got = wire.channel->exchange("<cmd/>", std::string(100000, 'x'));
+    const auto got = wire.channel->exchange("<cmd/>", std::string(kAll - 6, 'x'));
     ASSERT_FALSE(got);
     EXPECT_EQ(got.error().fault, Fault::kUnreachable) << got.error().message;
     EXPECT_LT(Clock::now() - begin, 10s);
@@ -235,62 +218,25 @@ TEST(FileChannel, StopsWhenTheFlagIsSet) {
 
 // ---- Files of several kinds
 
-class Folder {
- public:
-  Folder() : path_((std::filesystem::temp_directory_path() / "pxcl-client-XXXXXX").string()) {
-    EXPECT_NE(::mkdtemp(path_.data()), nullptr);
-  }
-  Folder(const Folder&) = delete;
-  Folder& operator=(const Folder&) = delete;
-  ~Folder() { std::filesystem::remove_all(path_); }
-  [[nodiscard]] std::string file(const std::string& name) const { return path_ + "/" + name; }
-
- private:
-  std::string path_;
-};
-
 TEST(FileChannel, OpensDevicesOnly) {
   const Folder folder;
-  const std::string plain = folder.file("plain");
-  const int descriptor = ::open(plain.c_str(), O_CREAT | O_WRONLY, 0600);
-  ASSERT_EQ(::write(descriptor, "keep", 4), 4);
-  ::close(descriptor);
+  const std::string plain = folder.path() / "plain";
+  std::ofstream(plain) << "keep";
   EXPECT_EQ(FileChannel::open(plain, {}).error().fault, Fault::kBadInput);
   EXPECT_EQ(std::filesystem::file_size(plain), 4U);
-  EXPECT_EQ(FileChannel::open(folder.file("absent"), {}).error().fault, Fault::kUnreachable);
-  EXPECT_EQ(FileChannel::open(folder.file(""), {}).error().fault, Fault::kUnreachable);
+  EXPECT_EQ(FileChannel::open(folder.path() / "absent", {}).error().fault, Fault::kUnreachable);
+  EXPECT_EQ(FileChannel::open(folder.path(), {}).error().fault, Fault::kUnreachable);
 }
 
 // A pipe that is open at both ends gives the command back.
 TEST(FileChannel, TakesWhateverComesForAReply) {
   const Folder folder;
-  const std::string pipe = folder.file("pipe");
+  const std::string pipe = folder.path() / "pipe";
   ASSERT_EQ(::mkfifo(pipe.c_str(), 0600), 0);
   const auto channel = FileChannel::open(pipe, {.time_out = kLong, .cancelled = nullptr});
   ASSERT_TRUE(channel);
   EXPECT_EQ(channel.value()->exchange("<cmd>echo</cmd>", "").value(), "<cmd>echo</cmd>");
   EXPECT_EQ(channel.value()->device_id().error().fault, Fault::kUnreachable);
-}
-
-TEST(FileChannel, SpeaksToACharacterDevice) {
-  const int master = ::posix_openpt(O_RDWR | O_NOCTTY);
-  if (master < 0) GTEST_SKIP() << "the machine gives no terminal";
-  ASSERT_EQ(::grantpt(master), 0);
-  ASSERT_EQ(::unlockpt(master), 0);
-  std::array<char, 100> name = {};
-  ASSERT_EQ(::ptsname_r(master, name.data(), name.size()), 0);
-  const auto channel = FileChannel::open(name.data(), {.time_out = kLong, .cancelled = nullptr});
-  ASSERT_TRUE(channel) << channel.error().message;
-  termios plain = {};
-  ASSERT_EQ(::tcgetattr(master, &plain), 0);
-  ::cfmakeraw(&plain);
-  ASSERT_EQ(::tcsetattr(master, TCSANOW, &plain), 0);
-  Peer peer(master);
-  std::jthread thread([&] {
-    EXPECT_EQ(peer.read(100006), "<cmd/>" + std::string(100000, 'x'));
-    peer.write(kReply);
-  });
-  EXPECT_EQ(channel.value()->exchange("<cmd/>", std::string(100000, 'x')).value(), kReply);
 }
 
 }  // namespace

@@ -176,27 +176,9 @@ const Step kSteps[] = {
     {"EndJob", 1, true},
     {"GetStatus", 7, true},
 };
-struct DamageRow {
-  Damage damage;
-  Fault fault;
-};
-const DamageRow kDamages[] = {
-    {Damage::kWrongOperation, Fault::kBadReply},
-    {Damage::kWrongService, Fault::kBadReply},
-    {Damage::kWrongJob, Fault::kBadReply},
-    {Damage::kNoResponse, Fault::kBadReply},
-    {Damage::kCutInHead, Fault::kBadReply},
-    {Damage::kCutBeforeEnd, Fault::kBadReply},
-    {Damage::kGarbage, Fault::kBadReply},
-    {Damage::kEmpty, Fault::kBadReply},
-    {Damage::kUnreachable, Fault::kUnreachable},
-    {Damage::kCommandIsLost, Fault::kUnreachable},
-    {Damage::kNg, Fault::kRefused},
-};
-
 TEST(PrintJob, IsCancelledWhereverItFails) {
   for (const Step& step : kSteps) {
-    for (const DamageRow& row : kDamages) {
+    for (const DamageRow& row : kDamageRows) {
       const bool isStatus = std::string_view(step.operation) == "GetStatus";
       if (isStatus && row.damage == Damage::kWrongJob) continue;
       SCOPED_TRACE(std::string(step.operation) + " " + std::to_string(step.number) + ", damage " +

@@ -78,21 +78,9 @@ TEST(Calls, SucceedWithGoodReplies) {
   }
 }
 
-struct DamageRow {
-  Damage damage;
-  Fault fault;
-};
-constexpr DamageRow kDamages[] = {
-    {Damage::kWrongOperation, Fault::kBadReply}, {Damage::kWrongService, Fault::kBadReply},
-    {Damage::kWrongJob, Fault::kBadReply},       {Damage::kNoResponse, Fault::kBadReply},
-    {Damage::kCutInHead, Fault::kBadReply},      {Damage::kCutBeforeEnd, Fault::kBadReply},
-    {Damage::kGarbage, Fault::kBadReply},        {Damage::kEmpty, Fault::kBadReply},
-    {Damage::kUnreachable, Fault::kUnreachable}, {Damage::kNg, Fault::kRefused},
-};
-
 TEST(Calls, TellDamagedRepliesApart) {
   for (const Call& call : kCalls) {
-    for (const DamageRow& row : kDamages) {
+    for (const DamageRow& row : kDamageRows) {
       if (row.damage == Damage::kWrongJob && !call.has_job) continue;
       SCOPED_TRACE(std::string(call.name) + ", " + call.operation + ", damage " +
                    std::to_string(static_cast<int>(row.damage)));

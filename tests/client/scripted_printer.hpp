@@ -33,6 +33,25 @@ enum class Damage {
   kCommandIsLost  // neither
 };
 
+/// What each is told as.
+struct DamageRow {
+  Damage damage;
+  Fault fault;
+};
+inline constexpr DamageRow kDamageRows[] = {
+    {Damage::kWrongOperation, Fault::kBadReply},
+    {Damage::kWrongService, Fault::kBadReply},
+    {Damage::kWrongJob, Fault::kBadReply},
+    {Damage::kNoResponse, Fault::kBadReply},
+    {Damage::kCutInHead, Fault::kBadReply},
+    {Damage::kCutBeforeEnd, Fault::kBadReply},
+    {Damage::kGarbage, Fault::kBadReply},
+    {Damage::kEmpty, Fault::kBadReply},
+    {Damage::kNg, Fault::kRefused},
+    {Damage::kUnreachable, Fault::kUnreachable},
+    {Damage::kCommandIsLost, Fault::kUnreachable},
+};
+
 /// The reply to an operation of the print service, or another, around some elements.
 std::string make_reply(std::string_view operation, std::string_view service, std::string_view body);
 

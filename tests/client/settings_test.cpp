@@ -268,29 +268,5 @@ TEST(Settings, DependOnWhatIsLoaded) {
   }
 }
 
-TEST(Words, AreOnTheRowsThatTheClientActsOn) {
-  struct Row {
-    Dictionary dictionary;
-    std::uint16_t row;
-    const char* keyword;
-  };
-  const Row rows[] = {
-      {printer_states(), kIdle, "idle"},
-      {printer_states(), kProcessing, "processing"},
-      {printer_states(), kStopped, "stopped"},
-      {printer_states(), kNotReady, "notready"},
-      {printer_states(), kCanceling, "canceling"},
-      {printer_state_details(), kPaperMismatch, "CUSTOM_MISMATCH"},
-      {printer_state_details(), kDeviceBusy, "DeviceBusy"},
-      {job_progresses(), kJobCanceling, "canceling"},
-      {data_formats(), kPwgRaster, "PWGRaster"},
-      {refusals(), kSuspended, "Suspended"},
-      {service_types(), static_cast<std::uint16_t>(Service::kMaintenance), "maintenance"},
-  };
-  for (const Row& row : rows) EXPECT_EQ(row.dictionary.at(row.row)->keyword, row.keyword);
-  EXPECT_FALSE(paper_sizes().at(65535));
-  EXPECT_FALSE(paper_sizes().at(83));
-}
-
 }  // namespace
 }  // namespace pxcl::client

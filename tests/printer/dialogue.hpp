@@ -7,40 +7,21 @@
 
 #include <gtest/gtest.h>
 #include <pxcl.h>
-#include <stdlib.h>
 
-#include <cerrno>
 #include <cstdint>
-#include <filesystem>
 #include <string>
 #include <string_view>
-#include <system_error>
 #include <vector>
 
 #include "printer/virtual_printer.hpp"
 #include "rasters.hpp"
+#include "tests/support/folder.hpp"
 
 namespace pxcl::printer {
 
 inline constexpr char kJob[] = "00000042";
 inline constexpr std::uint16_t kPrint = 0, kDevice = 1, kMaintenance = 3;
 inline constexpr std::uint16_t kUnknown = 65535;
-
-/// A folder that is gone with it.
-class Folder {
- public:
-  Folder() : path_((std::filesystem::temp_directory_path() / "pxcl-XXXXXX").string()) {
-    if (::mkdtemp(path_.data()) == nullptr) throw std::system_error(errno, std::generic_category());
-  }
-  Folder(const Folder&) = delete;
-  Folder& operator=(const Folder&) = delete;
-  ~Folder() { std::filesystem::remove_all(path_); }
-
-  std::filesystem::path path() const { return path_; }
-
- private:
-  std::string path_;
-};
 
 /// The document that a builder of the library writes; its last three arguments are buffer, size and length.
 template <typename Builder, typename... Arguments>

@@ -3,9 +3,7 @@
 
 // Requests that are no commands, or are made to do harm, are answered and change nothing.
 
-#include <fstream>
 #include <iterator>
-#include <random>
 #include <thread>
 
 #include "dialogue.hpp"
@@ -98,53 +96,6 @@ TEST_P(NoCommands, AreToldSo) {
   EXPECT_FALSE(answer.bytes.empty());
   EXPECT_LT(answer.bytes.size(), 200U);
   EXPECT_TRUE(dialogue.printer.is_idle());
-}
-
-std::vector<std::string> good_requests(Dialogue& dialogue) {
-  const std::string offer = dialogue.capability();
-  const ClssStatus now = dialogue.status();
-  const ClssPrintSettings settings = {
-      2, now.currentPaperSize[0], now.currentPaperType[0], 1, 1, kUnknown};
-  return {start(),
-          configure(offer, settings),
-          page(kLastPage),
-          send(raster_page()),
-          end(),
-          built(CLSS_MakeCommand_GetStatusPrint, kJob),
-          cancel(),
-          built(CLSS_MakeCommand_SetJobConfiguration, kJob, "20260704123000", std::uint16_t{1})};
-}
-
-TEST(Hostile, EveryBeginningIsAnswered) {
-  Dialogue dialogue("photo");
-  for (const std::string& request : good_requests(dialogue)) {
-    for (std::size_t length = 0; length < request.size(); ++length) {
-      EXPECT_EQ(dialogue.printer.answer(request.substr(0, length)).kind, Answer::Kind::kReply);
-    }
-  }
-}
-
-// The same bytes on each run: what breaks once can be looked at.
-TEST(Hostile, DamagedRequestsAreAnswered) {
-  Dialogue dialogue("office");
-  std::mt19937 random(20260704);
-  const auto requests = good_requests(dialogue);
-  for (int round = 0; round < 3000; ++round) {
-    std::string request = requests[random() % requests.size()];
-    for (unsigned change = random() % 4; change-- > 0;) {
-      const std::size_t at = random() % request.size();
-      if (random() % 2 == 0) {
-        request[at] = static_cast<char>(random());
-      } else {
-        request.replace(at, random() % 8, request, random() % request.size(), random() % 30);
-      }
-    }
-    const Answer answer = dialogue.printer.answer(request);
-    if (!answer.bad_request && !answer.bytes.empty()) {
-      EXPECT_EQ(answer.bytes.find("</cmd>"), answer.bytes.size() - 6);
-    }
-    if (answer.kind == Answer::Kind::kClose) break;  // It was switched off.
-  }
 }
 
 TEST(Hostile, TheLogIsBounded) {

@@ -101,8 +101,6 @@ class HttpServerTest : public testing::Test {
     if (request == "slow drip") return {Answer::Kind::kDrip, "12345", milliseconds(3'600'000)};
     if (request == "empty drip") return {Answer::Kind::kDrip, "", milliseconds(60)};
     if (request == "no answer") return {Answer::Kind::kNoAnswer, "", {}};
-    if (request == "close") return {Answer::Kind::kClose, "", {}};
-    if (request == "close early") return {Answer::Kind::kClose, "<cmd><part>", {}};
     if (request == "bad") return {Answer::Kind::kReply, "That is no command.", {}, true};
     if (request == "throw") throw std::runtime_error("a secret of the house");
     return {Answer::Kind::kReply, std::string(request), {}};
@@ -155,27 +153,6 @@ TEST_F(HttpServerTest, AnswersWhatIsNotHttp) {
   EXPECT_EQ(connection.receive(kPatience, "\r\n\r\n").substr(0, 13), "HTTP/1.1 400 ");
 }
 
-TEST_F(HttpServerTest, ServesAVirtualPrinter) {
-  Dialogue dialogue("office");
-  const HttpServer server(dialogue.printer, 0);
-  const auto ask_printer = [&server](const std::string& request) {
-    const Connection connection(server.port());
-    connection.send(request);
-    return body_of(connection.receive(kPatience));
-  };
-  EXPECT_EQ(ask_printer(get("/device-id")), dialogue.printer.device_id());
-  EXPECT_EQ(outcome(ask_printer(post(start()))), "OK");
-  EXPECT_FALSE(dialogue.printer.is_idle());
-  EXPECT_EQ(outcome(ask_printer(post(cancel()))), "OK");
-  EXPECT_TRUE(dialogue.printer.is_idle());
-}
-
-TEST_F(HttpServerTest, BodiesOfAnyBytesComeThroughWhole) {
-  std::string body = "<cmd/>";
-  for (std::size_t i = 0; i < 3'000'000; ++i) body += static_cast<char>(i * i >> 5);
-  EXPECT_EQ(body_of(ask(post(body))), body);
-}
-
 TEST_F(HttpServerTest, OneConnectionCarriesManyRequests) {
   const Connection connection(server_.port());
   for (int i = 0; i < 20; ++i) {
@@ -217,17 +194,6 @@ TEST_F(HttpServerTest, ADripComesByteByByte) {
   EXPECT_EQ(connection.receive(kPatience), "2345");
   EXPECT_GE(first - start, milliseconds(60));
   EXPECT_GE(Clock::now() - start, milliseconds(300));
-}
-
-TEST_F(HttpServerTest, ClosesInTheMiddleOfTheReply) {
-  for (const auto& [request, bytes] :
-       {std::pair("close", ""), std::pair("close early", "<cmd><part>")}) {
-    const std::string response = ask(post(request));
-    EXPECT_EQ(body_of(response), bytes);
-    EXPECT_NE(
-        response.find("Content-Length: " + std::to_string(std::string(bytes).size() + 1) + "\r\n"),
-        std::string::npos);
-  }
 }
 
 TEST_F(HttpServerTest, NoAnswerHoldsTheConnection) {
