@@ -4,18 +4,16 @@
 // Any texts in a command: the first byte chooses the builder, three lines are its texts, the rest is
 // a capability reply. It fits where it says that it does, and a plain job ID can be read back.
 
-#include <cstdlib>
 #include <memory>
 #include <string>
 #include <string_view>
 
 #include "pxcl.h"
+#include "target.hpp"
+
+using pxcl::fuzz::require;
 
 namespace {
-
-void require(bool holds) {
-  if (!holds) std::abort();
-}
 
 struct Texts {
   std::string job, second, third, rest;

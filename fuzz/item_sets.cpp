@@ -7,22 +7,20 @@
 
 #include <algorithm>
 #include <cstdint>
-#include <cstdlib>
 #include <cstring>
 #include <string>
 #include <string_view>
 
 #include "keyed.h"
+#include "target.hpp"
+
+using pxcl::fuzz::require;
 
 namespace {
 
 #define PRINT "cmd/zirk:contents/zirk:param_set servicetype=\"print\""
 constexpr std::uint16_t kOperation = 2;  // GetCapabilityResponse
 constexpr int kCount = 5;
-
-void require(bool holds) {
-  if (!holds) std::abort();
-}
 
 std::string element(std::string_view line) {
   static const char* const attributes[] = {"", " k=\"k\"", " k=\"x\""};

@@ -5,19 +5,17 @@
 // documentation lists, and calls that answer the same question agree.
 
 #include <algorithm>
-#include <cstdlib>
 #include <cstring>
 #include <vector>
 
 #include "parsers.hpp"
+#include "target.hpp"
+
+using pxcl::fuzz::require;
 
 namespace {
 
 constexpr Family kFamily = Family::FAMILY;
-
-void require(bool holds) {
-  if (!holds) std::abort();
-}
 
 // Every entry by its index, up to the first that fails, against all of them at once.
 template <typename Record>

@@ -4,16 +4,14 @@
 // Print settings completed from any capability reply: twelve bytes are the mode, the wishes and the
 // loaded paper, the rest is the reply. What is chosen has a row of its dictionary, or is not set.
 
-#include <cstdlib>
 #include <cstring>
 
 #include "device.h"
+#include "target.hpp"
+
+using pxcl::fuzz::require;
 
 namespace {
-
-void require(bool holds) {
-  if (!holds) std::abort();
-}
 
 constexpr std::size_t kBytes = 12;
 constexpr uint16_t kNotSet = 65535;

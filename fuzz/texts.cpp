@@ -14,12 +14,11 @@
 #include <string_view>
 
 #include "pxcl.h"
+#include "target.hpp"
+
+using pxcl::fuzz::require;
 
 namespace {
-
-void require(bool holds) {
-  if (!holds) std::abort();
-}
 
 std::unique_ptr<char[]> exact(std::string_view text) {
   std::unique_ptr<char[]> block(new char[text.size()]);

@@ -8,25 +8,15 @@
 #include <sys/mman.h>
 #include <unistd.h>
 
-#include <cstddef>
-#include <cstdint>
-#include <cstdlib>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "fuzz/target.hpp"
 #include "printer/xml.hpp"
 #include "tests/support/folder.hpp"
 
 namespace pxcl::fuzz {
-
-inline void require(bool holds) {
-  if (!holds) std::abort();
-}
-
-inline std::string_view text_of(const std::uint8_t* data, std::size_t size) {
-  return {reinterpret_cast<const char*>(data), size};
-}
 
 /// The parts of an input: FF FE, which is in no text, stands between them.
 inline std::vector<std::string_view> parts_of(std::string_view input) {

@@ -124,8 +124,10 @@ TEST(TextCode, TakesTheSumAsItAddsUp) {
   EXPECT_EQ(decode(std::string("aa=aaaaaae") + static_cast<char>('k' + 16), 8).status, 1);
 }
 
-TEST(TextCode, TakesNoLengthBeyond32Bits) {
+TEST(TextCode, TakesNoDataWithoutABlockAndNoLengthBeyond32Bits) {
   char text[16];
+  EXPECT_EQ(PXCL_EncodeToString(nullptr, 0, text, sizeof text), 9);
+  EXPECT_EQ(PXCL_DecodeFromString("=aaaaaaaa", 9, nullptr, 0), 0);
   std::uint8_t bytes[16] = {};
   for (const std::uint64_t size : {(1ULL << 30) - 4, 1ULL << 31, 1ULL << 32, ~0ULL, ~0ULL / 2}) {
     EXPECT_EQ(PXCL_EncodeToString(bytes, size, text, ~0ULL), -1) << size;

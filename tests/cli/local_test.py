@@ -3,6 +3,7 @@
 
 """What the command does without a printer: the command line, build, parse, text, device-id."""
 
+import json
 import os
 import subprocess
 import unittest
@@ -185,51 +186,15 @@ class Build(Case):
 
 
 class Parse(Case):
-    def numbers(self, value):
-        """Every number in a JSON value, but truth values."""
-        if isinstance(value, dict):
-            value = list(value.values())
-        if isinstance(value, list):
-            return [number for element in value for number in self.numbers(element)]
-        return [value] if isinstance(value, (int, float)) and not isinstance(value, bool) else []
-
-    def test_replies_become_json_without_a_number_for_unknown(self):
+    def test_replies_become_json(self):
         for path in sorted((DATA / "replies").iterdir()):
             with self.subTest(path.name):
                 ended = run("parse", path, "--json")
                 value = ended.json()
+                self.assertEqual(value, json.loads((DATA / "parsed" / f"{path.stem}.json").read_text()))
                 self.assertEqual(ended.code, 1 if "problems" in value else 0)
-                self.assertFalse({-1, 65535, 2147483648} & set(self.numbers(value)), value)
                 self.assertEqual(run("parse", "-", "--json", feed=path.read_bytes()).json(), value)
                 self.assertTrue(run("parse", path).out.startswith("operation: "))
-
-    def test_values(self):
-        for name, path, expected in [
-            ("status_busy", "operation", "GetStatusResponse"),
-            ("status_busy", "status.detail", "MarkerSupplyAttention"),
-            ("status_busy", "status.inks_fine", False),
-            ("status_busy", "status.job.pages_done", 12),
-            ("status_busy", "status.job.state", "printing"),
-            ("status_idle", "status.support_code", None),
-            ("status_idle", "status.inks_fine", None),
-            ("status_idle", "status.paper", []),
-            ("status_maintenance", "maintenance_job.progress", "stopped"),
-            ("status_maintenance", "maintenance_job.pages_done", None),
-            ("joblist", "status.job.pages_done", None),
-            ("modeshift", "vendor_operation", "ModeShiftResponse"),
-            ("modeshift", "vendor_response", "NG"),
-            ("ng_detail", "response_detail", "DeivceUseOtherJob"),
-            ("startjob_ok", "response_detail", None),
-            ("capability_maintenance", "capability.host_environment", "linux"),
-            ("capability_small", "capability.least_pixels.height", 256),
-            ("capability_small", "capability.formats", ["RAW", "JPEGPAGE", "PDF"]),
-        ]:
-            value = run("parse", DATA / "replies" / f"{name}.xml", "--json").json()
-            for key in path.split("."):
-                value = value[key]
-            self.assertEqual(value, expected, f"{name}: {path}")
-        jobs = run("parse", DATA / "replies" / "joblist.xml", "--json").json()["jobs"]
-        self.assertEqual([job["id"] for job in jobs], ["00000011", "00000022", "00000033", "00000044"])
 
     def test_replies_that_no_dictionary_knows(self):
         status = (DATA / "replies" / "joblist.xml").read_bytes()

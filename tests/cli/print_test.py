@@ -1,8 +1,9 @@
 # SPDX-FileCopyrightText: 2026 The pxcl developers
 # SPDX-License-Identifier: Apache-2.0
 
-"""Printing on the virtual printer in the same process: what arrives there, and what is refused."""
+"""Printing on the virtual printer in the same process: what it offers, what arrives there, and what is refused."""
 
+import json
 import resource
 import shutil
 import subprocess
@@ -17,6 +18,59 @@ POSTSCRIPT = b"""%!PS
 1 0 0 setrgbcolor 0 0 595 421 rectfill showpage
 """
 HAS_GHOSTSCRIPT = shutil.which("gs") is not None
+
+
+class Profiles(Case):
+    """What a virtual printer tells of itself is what its profile says."""
+
+    DISC_LABELS = "custom-media-type-vaslo-33"  # no type that can be chosen
+
+    def profiles(self):
+        for path in (DATA.parent.parent / "printer/profiles").iterdir():
+            with self.subTest(path.stem):
+                yield json.loads(path.read_text()), ["--json", "--printer", f"virtual:{path.stem}"]
+
+    def test_capability_is_that_of_the_profile(self):
+        def area(name):
+            return lambda size: name in size and (*size[name]["area"], *size[name]["margin"])
+
+        def told_area(name):
+            return lambda size: bool(size[name]) and (size[name]["width"], size[name]["height"], *size[name]["margins"])
+
+        for profile, words in self.profiles():
+            told, offer = run("capability", *words).json(), profile["print"]
+            for name, told_name in [("border", "bordered"), ("borderless", "borderless"), ("duplex", "duplex")]:
+                self.assertEqual({size["size"]: told_area(told_name)(size) for size in told["sizes"]},
+                                 {size["keyword"]: area(name)(size) for size in profile["sizes"]})
+            on = [side.removesuffix("side") for side in offer.get("staple_sides", [])] or ["on"]
+            types = {}
+            for kind in profile["types"]:
+                duplex = [word for side in kind.get("duplex", []) for word in (on if side == "ON" else ["off"])]
+                border = kind["borderless"]
+                types[kind["keyword"]] = ("OFF" in border, "ON" in border, set(kind["color"]), duplex)
+            self.assertEqual(told["disc_labels"], types.pop(self.DISC_LABELS, None) is not None)
+            self.assertEqual({kind["type"]: (kind["bordered"], kind["borderless"], set(kind["color_modes"]), kind["duplex"])
+                              for kind in told["types"]}, types)
+            for name, told_name in [("most", "most_pixels"), ("least", "least_pixels")]:
+                self.assertEqual(list((told[told_name] or {}).values()), profile.get("pixels", {}).get(name, []))
+            self.assertEqual(set(told["formats"]), set(offer["formats"]))
+            self.assertEqual(told["print_preparations"], offer.get("print_preparation", []))
+            for name, expected in [("next_page", "ON" in offer.get("next_page", [])), ("job_queue", offer.get("job_queue", False)),
+                                   ("disc_guide", "ON" in offer.get("disc_guide", [])),
+                                   ("mismatch_mode_none", "none" in offer.get("mismatch_modes", []))]:
+                self.assertEqual(told[name], expected, name)
+            for service in ("print", "maintenance"):
+                told, offer = run("capability", "--service", service, *words).json(), profile[service]
+                self.assertEqual((told["date_time"], told["host_environment"]),
+                                 (offer.get("date_time", False), "linux" if "linux" in offer.get("hosts", []) else None))
+
+    def test_paper_and_ink_are_those_of_the_profile(self):
+        for profile, words in self.profiles():
+            status = run("status", *words).json()
+            self.assertEqual([(paper["size"], paper["type"]) for paper in status["paper"]],
+                             [(held["size"], held["type"]) for held in profile["bins"] if "size" in held])
+            self.assertEqual(status["inks_fine"], all(ink["tca"] == "AC" for ink in profile["inks"]))
+            self.assertEqual((status["status"], status["detail"], status["support_code"]), ("idle", None, None))
 
 
 class Printing(Case):

@@ -30,40 +30,6 @@ Status status_of(const std::string& body) {
   return read_status(status_reply(body)).value();
 }
 
-TEST(Capability, HoldsWhatTheReplySays) {
-  const PrintCapability capability = capability_of(kCapability);
-  ASSERT_EQ(capability.sizes.size(), 2U);
-  const PaperSize& a4 = capability.sizes[0];
-  EXPECT_EQ(a4.size.keyword, "iso_a4_210x297mm");
-  EXPECT_EQ(a4.outline->width, 21000);
-  EXPECT_EQ(a4.outline->height, 29700);
-  EXPECT_EQ(a4.border->area.width, 4801U);
-  EXPECT_EQ(a4.border->area.height, 6827U);
-  EXPECT_EQ(a4.border->margins, (std::array<std::uint32_t, 4>{71, 118, 80, 81}));
-  EXPECT_FALSE(a4.borderless);
-  EXPECT_EQ(a4.duplex->area.height, 6644U);
-  ASSERT_EQ(capability.media.size(), 2U);
-  EXPECT_FALSE(capability.media[0].borderless);
-  EXPECT_EQ(capability.media[0].color_modes.size(), 2U);
-  EXPECT_EQ(capability.media[0].duplex.size(), 3U);
-  EXPECT_TRUE(capability.media[1].borderless && capability.media[1].border);
-  EXPECT_TRUE(capability.media[1].duplex.empty());
-  ASSERT_EQ(capability.formats.size(), 2U);
-  EXPECT_EQ(capability.formats[1].keyword, "PWGRaster");
-  EXPECT_EQ(capability.host_environment->keyword, "linux");
-  EXPECT_EQ(capability.max_pixels->height, 7020U);
-  EXPECT_FALSE(capability.min_pixels);
-  EXPECT_TRUE(capability.next_page && capability.date_time);
-  EXPECT_FALSE(capability.job_queue || capability.disc_guide || capability.disc_labels ||
-               capability.mismatch_none);
-}
-
-TEST(Capability, OfAPrinterThatTellsNothingIsEmpty) {
-  const PrintCapability capability = capability_of("");
-  EXPECT_TRUE(capability.sizes.empty() && capability.media.empty() && capability.formats.empty());
-  EXPECT_FALSE(capability.host_environment || capability.max_pixels);
-}
-
 TEST(Capability, ThatCannotBeReadIsABadReply) {
   for (const char* body : {"<zirk:papersize>iso_a4_210x297mm</zirk:papersize><zirk:margin_border "
                            "papersize=\"iso_a4_210x297mm\">1,2,3</zirk:margin_border>",
@@ -73,49 +39,6 @@ TEST(Capability, ThatCannotBeReadIsABadReply) {
     ASSERT_FALSE(read);
     EXPECT_EQ(read.error().fault, Fault::kBadReply);
   }
-}
-
-TEST(Status, HoldsWhatTheReplySays) {
-  const Status status =
-      read_status(
-          status_reply(
-              "<zirk:status>stopped</zirk:status><zirk:status_detail>MediaJam</zirk:status_detail>"
-              "<zirk:current_support_code>1303</zirk:current_support_code>"
-              "<zirk:jobstatus><zirk:jobID>00000007</zirk:jobID><zirk:jobprogress>stopped</"
-              "zirk:jobprogress></zirk:jobstatus>"
-              "<zirk:currentpapertype "
-              "physicalinputbin=\"inputbin_p1\">custom-media-type-vaslo-37</zirk:currentpapertype>"
-              "<zirk:currentpapersize "
-              "physicalinputbin=\"inputbin_p1\">iso_a4_210x297mm</zirk:currentpapersize>"
-              "<zirk:marker_info><zirk:ink><vrx:tca>AC</vrx:tca></zirk:ink></zirk:marker_info>"
-              "<zirk:jobinfo jobID=\"00000042\"><zirk:job_description>00000042 "
-              "x</zirk:job_description>"
-              "<zirk:jobprogress>busying</zirk:jobprogress><zirk:complete_impression>3</"
-              "zirk:complete_impression></zirk:jobinfo>"),
-          "00000042")
-          .value();
-  EXPECT_EQ(status.state->keyword, "stopped");
-  EXPECT_EQ(status.detail->row, kMediaJam);
-  EXPECT_EQ(status.support_code, "1303");
-  EXPECT_EQ(status.job_id, "00000007");
-  EXPECT_EQ(status.job_progress->row, kJobStopped);
-  ASSERT_EQ(status.paper.size(), 1U);
-  EXPECT_TRUE(status.paper[0].by_panel);
-  EXPECT_EQ(status.paper[0].type.keyword, "custom-media-type-vaslo-37");
-  EXPECT_EQ(status.inks_fine, true);
-  ASSERT_TRUE(status.job);
-  EXPECT_EQ(status.job->job_id, "00000042");
-  EXPECT_EQ(status.job->progress->row, kJobBusying);
-  EXPECT_EQ(status.job->impressions, 3);
-  EXPECT_FALSE(status.job->state);
-}
-
-TEST(Status, LeavesOutWhatIsUnknown) {
-  const Status status = status_of("<zirk:status>dreaming</zirk:status><zirk:status_detail/>");
-  EXPECT_FALSE(status.state || status.detail || status.support_code || status.job_id ||
-               status.inks_fine || status.job);
-  EXPECT_TRUE(status.paper.empty());
-  EXPECT_FALSE(needs_attention(status));
 }
 
 // The job's block can't be found then: it is no sign that the job has ended.

@@ -226,6 +226,8 @@ TEST(GetIdOrValue, ReadsByDictionaryOrAsANumber) {
   EXPECT_EQ(GetIdOrValue(glb_clssdicColormodeTbl, 5, "sepia", 5, &value, &code), 0);
   EXPECT_EQ(value, 65535u);
   EXPECT_EQ(code, 65535);
+  EXPECT_EQ(GetIdOrValue(glb_clssdicColormodeTbl, 0, "sepia", 5, &value, &code), -2);
+  EXPECT_EQ(GetIdOrValue(glb_clssdicColormodeTbl, 5, "sepia", 5, nullptr, &code), -2);
   EXPECT_EQ(GetIdOrValue(nullptr, 0, "70000", 5, &value, &code), 0);
   EXPECT_EQ(value, 70000u);
   EXPECT_EQ(code, 65535);

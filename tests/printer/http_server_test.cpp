@@ -153,16 +153,6 @@ TEST_F(HttpServerTest, AnswersWhatIsNotHttp) {
   EXPECT_EQ(connection.receive(kPatience, "\r\n\r\n").substr(0, 13), "HTTP/1.1 400 ");
 }
 
-TEST_F(HttpServerTest, OneConnectionCarriesManyRequests) {
-  const Connection connection(server_.port());
-  for (int i = 0; i < 20; ++i) {
-    const std::string body = "<cmd>" + std::to_string(i) + "</cmd>";
-    ASSERT_TRUE(connection.send(
-        "POST / HTTP/1.1\r\nContent-Length: " + std::to_string(body.size()) + "\r\n\r\n" + body));
-    ASSERT_EQ(body_of(connection.receive(kPatience, "</cmd>")), body);
-  }
-}
-
 TEST_F(HttpServerTest, TooLongARequestIsRefused) {
   const std::string head = "POST / HTTP/1.1\r\nConnection: close\r\n";
   // Announced and sent.
@@ -263,21 +253,6 @@ TEST_F(HttpServerTest, StopsPromptlyWhateverIsUnderWay) {
     EXPECT_FALSE(Connection(server.port()).connected());
     server.stop();
   }
-}
-
-TEST_F(HttpServerTest, APortIsServedOnce) {
-  const Served served{answer, [] { return std::string(); }};
-  try {
-    const HttpServer second(served, server_.port());
-    FAIL() << "two servers on one port";
-  } catch (const std::runtime_error& error) {
-    EXPECT_EQ(error.what(), "Port " + std::to_string(server_.port()) +
-                                " of this machine can't be served: another program may use it.");
-  }
-  const std::uint16_t port = server_.port();
-  server_.stop();
-  const HttpServer next(served, port);
-  EXPECT_EQ(next.port(), port);
 }
 
 TEST_F(HttpServerTest, OnlyThisMachineIsServed) {

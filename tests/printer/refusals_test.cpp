@@ -69,6 +69,7 @@ std::vector<Case> cases_of_order() {
       {"SameStartTwice", {start(), start()}, "DeivceUseOtherJob"},
       {"MaintenanceBesidePrint", {start(), start(kOther, kMaintenance)}, "DeivceUseOtherJob"},
       {"UpdateBesidePrint", {start(), built(CLSS_MakeCommand_FRomUpMode)}, "DeivceUseOtherJob"},
+      {"PowerOffBesidePrint", {start(), built(CLSS_MakeCommand_PowerOff)}, "DeivceUseOtherJob"},
       {"EndOfAnotherJob", {start(), end(kOther)}, "IllegalJobID"},
       {"CancelOfAnotherJob", {start(), cancel(kOther)}, "IllegalJobID"},
       {"ShortJobId", {start("0000042")}, "IllegalJobID"},

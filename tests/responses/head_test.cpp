@@ -94,6 +94,14 @@ TEST(Head, Decodes) {
   for (const auto& row : rows) EXPECT_EQ(head_of(row.text), row.head) << row.text;
 }
 
+TEST(Head, OfAnotherVersionIsRefused) {
+  const std::string text = file("ng_detail.xml");
+  ClssResponseCommon record = {};
+  record.reserved = 1;
+  uint64_t position = 0;
+  EXPECT_EQ(CLSS_ParseResponseCommon(text.data(), text.size(), &position, &record), -8);
+}
+
 TEST(Head, InfoResponseWritesOnlyOnSuccess) {
   uint16_t operation = 1, detail = 2;
   uint16_t* reference = &detail;

@@ -78,6 +78,7 @@ TEST(Split, QualifiedNames) {
   const char* local = nullptr;
   std::uint64_t length = 0;
   EXPECT_EQ(ClXmlSplit_QName("a:b", 3, nullptr, nullptr, &local, &length), 1);
+  EXPECT_EQ(ClXmlSplit_QName("a:b", 3, nullptr, &length, nullptr, nullptr), 0);
   EXPECT_EQ(text(local, length), "b");
 }
 
