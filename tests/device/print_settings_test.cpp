@@ -153,32 +153,24 @@ TEST(Completion, ChoosesWhatThePrinterAllows) {
 }
 
 TEST(Completion, RefusesInOrder) {
-  const string reply = capability({{kA4, {}}}, {{kPlain, {}}});
-  const ExactBlock block(reply);
-  const char* data = block.data();
-  const uint64_t size = block.size();
+  const string whole = capability({{kA4, {}}}, {{kPlain, {}}});
   const Fields good = {kA4, kPlain, 1, 2, 3};
   const struct {
-    const char* document;
-    uint64_t length;
+    std::size_t length;
     ClssPrintSettings record;
     int32_t status;
   } cases[] = {
-      {nullptr, size, record_of(good, 1), -2},
-      {data, 0, record_of(good, 1), -2},
-      {nullptr, 0, record_of(good, 1), -2},
-      {data, size, record_of({U, U, 1, 2, 3}, 3), -8},
-      {data, size, record_of({U, kPlain, 1, 2, 3}), -2},
-      {data, size, record_of({kA4, U, 1, 2, 3}), -2},
-      {data, size, record_of({k5x7, kPlain, 1, 2, 3}), -2},
-      {data, size, record_of({kA4, kPhoto, 1, 2, 3}), -2},
-      {data, size, record_of({0, 0, 1, 2, 3}), -2},
-      {data, size - 1, record_of(good), -2},
-      {data, 1, record_of(good), -2},
+      {whole.size(), record_of({U, U, 1, 2, 3}, 3), -8},
+      {whole.size(), record_of({U, kPlain, 1, 2, 3}), -2},
+      {whole.size(), record_of({kA4, U, 1, 2, 3}), -2},
+      {whole.size(), record_of({k5x7, kPlain, 1, 2, 3}), -2},
+      {whole.size(), record_of({kA4, kPhoto, 1, 2, 3}), -2},
+      {whole.size(), record_of({0, 0, 1, 2, 3}), -2},
+      {whole.size() - 1, record_of(good), -2},
   };
   for (const auto& row : cases) {
     ClssPrintSettings record = row.record;
-    EXPECT_EQ(CLSS_AutoMakeOtherPrintSettings(0, row.document, row.length, &record), row.status);
+    EXPECT_EQ(complete(0, whole.substr(0, row.length), record), row.status);
     EXPECT_EQ(fields_of(record), fields_of(row.record));
   }
 }
@@ -325,27 +317,18 @@ TEST(ChoiceFromLoadedPaper, PicksTheOneSlotThatFits) {
 TEST(ChoiceFromLoadedPaper, RefusesInOrder) {
   const string reply = every_paper();
   const ClssStatus good = status_of({{kPlain, kA4, 0}}), other = status_of({{kPlain, kA4, 0}}, 0);
-  const ClssStatus noSize = status_of({{kPlain, U, 0}}), unknown = status_of({}, 2);
+  const ClssStatus noSize = status_of({{kPlain, U, 0}});
   ClssPrintSettings two = record_of({U, kPlain, U, U, U}),
                     three = record_of({U, kPlain, U, U, U}, 3);
   const struct {
-    uint16_t mode;
-    const char* document;
-    uint64_t length;
     const ClssStatus* status;
     ClssPrintSettings* record;
     int32_t result;
-  } cases[] = {
-      {9, nullptr, reply.size(), &unknown, &three, -2}, {9, reply.data(), 0, &unknown, &three, -2},
-      {9, reply.data(), 1, nullptr, &three, -2},        {9, reply.data(), 1, &unknown, nullptr, -2},
-      {9, reply.data(), 1, &noSize, &three, -8},        {9, reply.data(), 1, &other, &two, -8},
-      {9, reply.data(), 1, &noSize, &two, -7},          {9, reply.data(), 1, &good, &two, -2},
-  };
-  for (const auto& row : cases)
-    EXPECT_EQ(
-        CLSS_AutoMakePrintSettings(row.mode, row.document, row.length, row.status, row.record),
-        row.result)
-        << "case " << &row - cases;
+  } cases[] = {{&noSize, &three, -8}, {&other, &two, -8}, {&noSize, &two, -7}, {&good, &two, -2}};
+  for (const auto& row : cases) {
+    EXPECT_EQ(CLSS_AutoMakePrintSettings(9, reply.data(), reply.size(), row.status, row.record),
+              row.result);
+  }
   EXPECT_EQ(fields_of(two), (Fields{U, kPlain, U, U, U}));
 }
 

@@ -10,27 +10,6 @@
 #include "keyed.h"
 #include "reply.hpp"
 #include "support.hpp"
-#include "xml/scan.hpp"
-
-// The linker sends the layer's scans through here (see CMakeLists.txt).
-#define SCAN                                                                   \
-  "_ZN4pxcl3xml4scanESt17basic_string_viewIcSt11char_traitsIcEEjSt4spanIKNS0_" \
-  "3KeyELm18446744073709551615EES5_INS0_7FindingELm18446744073709551615EEPmPK" \
-  "NS0_6ReaderE"
-using Keys = std::span<const pxcl::xml::Key>;
-using Answers = std::span<pxcl::xml::Answer>;
-using Readers = const pxcl::xml::Reader*;
-pxcl::i32 real_scan(std::string_view, pxcl::u32, Keys, Answers, pxcl::u64*,
-                    Readers) asm("__real_" SCAN);
-pxcl::i32 counted_scan(std::string_view, pxcl::u32, Keys, Answers, pxcl::u64*,
-                       Readers) asm("__wrap_" SCAN);
-
-static int scans = 0;
-pxcl::i32 counted_scan(std::string_view document, pxcl::u32 flags, Keys keys, Answers answers,
-                       pxcl::u64* stop, Readers readers) {
-  ++scans;
-  return real_scan(document, flags, keys, answers, stop, readers);
-}
 
 namespace {
 
@@ -330,19 +309,6 @@ TEST(CheckSuport, LooksForOneValue) {
     EXPECT_EQ(pxcl_test::live_blocks(), live);
     EXPECT_EQ(request.entries, &held);
   }
-}
-
-TEST(ItemSets, ScanTheirDocumentOnce) {
-  const std::string text = reply("<zirk:m>color</zirk:m><vrx:m k=\"k\">color</vrx:m>");
-  Items items{{item("m", COLOR_MODES), item("m", COLOR_MODES, 1), item("n", COLOR_MODES)}};
-  Items attributed{std::vector<ItemSet>(5, item("m k", COLOR_MODES, 0, kByAttribute))};
-  const int before = scans;
-  EXPECT_EQ(items.list(text), 0);
-  EXPECT_EQ(scans - before, 1);
-  EXPECT_EQ(attributed.by_attribute(text), 0);
-  EXPECT_EQ(scans - before, 2);
-  EXPECT_EQ(checkSuport(text.data(), text.size(), 2, items.sets.data(), 1), 2);
-  EXPECT_EQ(scans - before, 3);
 }
 
 TEST(ItemSets, AnswerAnEmptyElementToEveryItem) {

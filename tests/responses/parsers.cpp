@@ -3,6 +3,8 @@
 
 #include "parsers.hpp"
 
+#define PRINT "cmd/zirk:contents/zirk:param_set servicetype=\"print\""
+
 namespace {
 
 constexpr const char* kHead = "startjob_ok.xml";
@@ -16,8 +18,7 @@ const std::set<int> kYesNo = {1, 2, -2, -5, -6};
 const std::set<int> kHost = {0, 3, 7};
 
 int common_status(const char* document, uint64_t length) {
-  static constexpr char kPath[] =
-      "cmd/zirk:contents/zirk:param_set servicetype=\"print\"/zirk:status";
+  static constexpr char kPath[] = PRINT "/zirk:status";
   const ClssKeyValue status = {kPath, sizeof kPath - 1, nullptr, 0};
   const ClssKeyValue absent = {kPath, 17, nullptr, 0};  // no reply has text there
   const ClssKeyValue keys[5] = {status, status, absent, absent, absent};
@@ -80,6 +81,17 @@ int pixels(const char* document, uint64_t length) {
                                                   &values[2], &values[3]);
 }
 
+template <typename Read>
+int items(const char* elements, Read read) {
+  ItemSet sets[2] = {{nullptr, nullptr, 0, elements, "papersize", 0, glb_clssdicPaperSizeTbl,
+                      CLSS_DICNUM_PAPERSIZE},
+                     {nullptr, nullptr, 0, elements, "printcolormode", 1, glb_clssdicColormodeTbl,
+                      CLSS_DICNUM_COLORMODE}};
+  const int status = read(sets);
+  ReleaseItemSetList(sets, 2);
+  return status;
+}
+
 template <auto parse, uint16_t value>
 int flag(const char* document, uint64_t length) {
   return parse(document, length, value);
@@ -90,54 +102,60 @@ int flag(const char* document, uint64_t length) {
 // clang-format off
 const std::vector<Parser>& parsers() {
   static const std::vector<Parser> all_parsers = {
-      {Family::kHead, "getOperation_ServiceType", kHead, 1, {0, -2, -5, -9},
+      {Family::kHead, "getOperation_ServiceType", kHead, {0, -2, -5, -9},
        [](const char* d, uint64_t n) { uint16_t a, b; return getOperation_ServiceType(d, n, &a, &b); }},
-      {Family::kHead, "CLSS_ParseResponseCommon", kHead, 1, kHeadStatuses, head},
-      {Family::kHead, "PXCL_GetInfoResponse", kHead, 1, kHeadStatuses, info},
-      {Family::kStatus, "parseCommonStatusResponse", kStatus, 1, {0, -2, -5, -9}, common_status},
-      {Family::kStatus, "CLSS_ParseStatusResponsePrint", kStatus, 1, {0, -2, -3, -5, -9},
+      {Family::kHead, "CLSS_ParseResponseCommon", kHead, kHeadStatuses, head},
+      {Family::kHead, "PXCL_GetInfoResponse", kHead, kHeadStatuses, info},
+      {Family::kStatus, "parseCommonStatusResponse", kStatus, {0, -2, -5, -9}, common_status},
+      {Family::kStatus, "CLSS_ParseStatusResponsePrint", kStatus, {0, -2, -3, -5, -9},
        [](const char* d, uint64_t n) { ClssStatus record; return CLSS_ParseStatusResponsePrint(d, n, &record); }},
-      {Family::kStatus, "CLSS_ParseStatusResponsePrint2", kStatus, 1, {0, 1, -2, -3, -5, -9}, status<CLSS_ParseStatusResponsePrint2>},
-      {Family::kStatus, "CLSS_ParseStatusResponseMaintenance", "status_maintenance.xml", 1, {0, 1, -2},
+      {Family::kStatus, "CLSS_ParseStatusResponsePrint2", kStatus, {0, 1, -2, -3, -5, -9}, status<CLSS_ParseStatusResponsePrint2>},
+      {Family::kStatus, "CLSS_ParseStatusResponseMaintenance", "status_maintenance.xml", {0, 1, -2},
        status<CLSS_ParseStatusResponseMaintenance>},
-      {Family::kJobList, "CLSS_ParseJobIDListResponse", "joblist.xml", 1, {0, -2}, job_ids},
-      {Family::kStatus, "PXCL_GetStatus", kStatus, 1, {0, -2, -3, -5, -9},
+      {Family::kJobList, "CLSS_ParseJobIDListResponse", "joblist.xml", {0, -2}, job_ids},
+      {Family::kStatus, "PXCL_GetStatus", kStatus, {0, -2, -3, -5, -9},
        [](const char* d, uint64_t n) {
          uint32_t a, b; char code[11];
          return PXCL_GetStatus(d, static_cast<int32_t>(n), &a, &b, code);
        }},
-      {Family::kStatus, "PXCL_GetStatus2", kStatus, 1, {0, 10, -2, -3, -5, -9}, wrapped_status<PXCL_GetStatus2>},
-      {Family::kStatus, "PXCL_GetStatus_Maintenance", "status_maintenance.xml", 1, {0, 1, -2},
+      {Family::kStatus, "PXCL_GetStatus2", kStatus, {0, 10, -2, -3, -5, -9}, wrapped_status<PXCL_GetStatus2>},
+      {Family::kStatus, "PXCL_GetStatus_Maintenance", "status_maintenance.xml", {0, 1, -2},
        wrapped_status<PXCL_GetStatus_Maintenance>},
-      {Family::kCapability, "PaperSize, count", kCapability, 1, {0, -2, -5, -6, -7},
+      {Family::kCapability, "PaperSize, count", kCapability, {0, -2, -5, -6, -7},
        one<ClssPaperSize, CLSS_ParseCapabilityResponsePrint_PaperSize, -1>},
-      {Family::kCapability, "PaperSize", kCapability, 1, kListStatuses, one<ClssPaperSize, CLSS_ParseCapabilityResponsePrint_PaperSize, 1>},
-      {Family::kCapability, "MediaType, count", kCapability, 1, {0, -2, -5, -6, -7},
+      {Family::kCapability, "PaperSize", kCapability, kListStatuses, one<ClssPaperSize, CLSS_ParseCapabilityResponsePrint_PaperSize, 1>},
+      {Family::kCapability, "MediaType, count", kCapability, {0, -2, -5, -6, -7},
        one<ClssMediaType, CLSS_ParseCapabilityResponsePrint_MediaType, -1>},
-      {Family::kCapability, "MediaType", kCapability, 1, {0, -2, -5, -6, -7},
+      {Family::kCapability, "MediaType", kCapability, {0, -2, -5, -6, -7},
        one<ClssMediaType, CLSS_ParseCapabilityResponsePrint_MediaType, 0>},
-      {Family::kCapability, "PaperSizes", kCapability, 1, kListStatuses, all<ClssPaperSize, PXCL_ParseCapabilityResponsePrint_PaperSizes>},
-      {Family::kCapability, "MediaTypes", kCapability, 1, {0, -2, -5, -6, -7},
+      {Family::kCapability, "PaperSizes", kCapability, kListStatuses, all<ClssPaperSize, PXCL_ParseCapabilityResponsePrint_PaperSizes>},
+      {Family::kCapability, "MediaTypes", kCapability, {0, -2, -5, -6, -7},
        all<ClssMediaType, PXCL_ParseCapabilityResponsePrint_MediaTypes>},
-      {Family::kCapability, "Pixels", kCapability, 1, kListStatuses, pixels},
-      {Family::kCapability, "MediaMap", kCapability, 1, {0, -2},
+      {Family::kCapability, "Pixels", kCapability, kListStatuses, pixels},
+      {Family::kCapability, "MediaMap", kCapability, {0, -2},
        [](const char* d, uint64_t n) {
          ClssMediaMap map = {};
          return CLSS_ParseCapabilityResponsePrint_MediaMap(d, n, 1, &map);
        }},
-      {Family::kSupport, "FormatType", kCapability, 1, kYesNo, flag<CLSS_ParseCapabilityResponsePrint_FormatType, 8>},
-      {Family::kSupport, "NextPage", kCapability, 1, {0, 2}, flag<CLSS_ParseCapabilityResponsePrint_NextPage, 2>},
-      {Family::kSupport, "PrintPreparation", kCapability, 1, {0, 1}, flag<CLSS_ParseCapabilityResponsePrint_PrintPreparation, 1>},
-      {Family::kSupport, "MismatchMode", kCapability, 1, {0, 2}, flag<CLSS_ParseCapabilityResponsePrint_MismatchMode, 2>},
-      {Family::kSupport, "DeviceSideGuide", kCapability, 1, {0, 1}, flag<CLSS_ParseCapabilityResponsePrint_DVD_DeviceSideGuide, 1>},
-      {Family::kSupport, "HostEnvironment", kCapability, 1, kHost, flag<CLSS_ParseCapabilityResponsePrint_HostEnvironment, 3>},
-      {Family::kSupport, "Maintenance HostEnvironment", "capability_maintenance.xml", 1, kHost,
+      {Family::kCapability, "Get_ItemSetList", kCapability, {0, -2, -5, -6}, [](const char* d, uint64_t n) {
+         return items(PRINT "/%s:%s", [=](ItemSet* sets) { return Get_ItemSetList(d, n, 2, sets, 2); });
+       }},
+      {Family::kCapability, "Get_ItemSetByReq", kCapability, {0, -2}, [](const char* d, uint64_t n) {
+         return items(PRINT "/%s:%s papertype=\"%s\"", [=](ItemSet* sets) { return Get_ItemSetByReq(d, n, sets, 2, "stationery", 0, 0); });
+       }},
+      {Family::kSupport, "FormatType", kCapability, kYesNo, flag<CLSS_ParseCapabilityResponsePrint_FormatType, 8>},
+      {Family::kSupport, "NextPage", kCapability, {0, 2}, flag<CLSS_ParseCapabilityResponsePrint_NextPage, 2>},
+      {Family::kSupport, "PrintPreparation", kCapability, {0, 1}, flag<CLSS_ParseCapabilityResponsePrint_PrintPreparation, 1>},
+      {Family::kSupport, "MismatchMode", kCapability, {0, 2}, flag<CLSS_ParseCapabilityResponsePrint_MismatchMode, 2>},
+      {Family::kSupport, "DeviceSideGuide", kCapability, {0, 1}, flag<CLSS_ParseCapabilityResponsePrint_DVD_DeviceSideGuide, 1>},
+      {Family::kSupport, "HostEnvironment", kCapability, kHost, flag<CLSS_ParseCapabilityResponsePrint_HostEnvironment, 3>},
+      {Family::kSupport, "Maintenance HostEnvironment", "capability_maintenance.xml", kHost,
        flag<CLSS_ParseCapabilityResponseMaintenance_HostEnvironment, 3>},
-      {Family::kSupport, "JobQueue", kCapability, 1, kYesNo, CLSS_ParseCapabilityResponsePrint_JobQueue},
-      {Family::kSupport, "DateTime", kCapability, 1, kYesNo, CLSS_ParseCapabilityResponsePrint_DateTime},
-      {Family::kSupport, "Maintenance DateTime", "capability_maintenance.xml", 1, kYesNo,
+      {Family::kSupport, "JobQueue", kCapability, kYesNo, CLSS_ParseCapabilityResponsePrint_JobQueue},
+      {Family::kSupport, "DateTime", kCapability, kYesNo, CLSS_ParseCapabilityResponsePrint_DateTime},
+      {Family::kSupport, "Maintenance DateTime", "capability_maintenance.xml", kYesNo,
        CLSS_ParseCapabilityResponseMaintenance_DateTime},
-      {Family::kSupport, "IsDiscLabelPrint", kCapability, 1, kYesNo, CLSS_ParseCapabilityResponsePrint_IsDiscLabelPrint},
+      {Family::kSupport, "IsDiscLabelPrint", kCapability, kYesNo, CLSS_ParseCapabilityResponsePrint_IsDiscLabelPrint},
   };
   return all_parsers;
 }

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The pxcl developers
 // SPDX-License-Identifier: Apache-2.0
 
-// Every parser of the layer, for the tests that treat them all alike.
+// Every parser of the layer and of the one below, for the tests that treat them all alike.
 
 #pragma once
 
@@ -18,7 +18,6 @@ struct Parser {
   Family family;
   const char* name;
   const char* reply;       // a file of tests/data/replies that it decodes to the end
-  unsigned scans;          // of that file
   std::set<int> statuses;  // that its documentation lists, but for -1, short memory
   std::function<int(const char*, uint64_t)> call;
 };

@@ -35,6 +35,6 @@ TEST(Scans, EachParserScansItsReplyOnce) {
     const std::string reply = pxcl_test::read_data(std::string("replies/") + parser.reply);
     scans = 0;
     EXPECT_GE(parser.call(reply.data(), reply.size()), 0) << parser.name;
-    EXPECT_EQ(scans, parser.scans) << parser.name;
+    EXPECT_EQ(scans, 1U) << parser.name;
   }
 }
