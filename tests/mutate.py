@@ -10,6 +10,7 @@ the tests of the layer and of what stands on it. Prints the flips that no test n
 
 import argparse
 import collections
+import concurrent.futures
 import os
 import pathlib
 import queue
@@ -17,7 +18,6 @@ import random
 import re
 import shutil
 import subprocess
-import threading
 
 ROOT = pathlib.Path(__file__).resolve().parent.parent
 WORK = ROOT / "build" / "mutate"
@@ -127,30 +127,25 @@ def main():
     every = [flip for name in files for flip in flips_of(name, texts[name])]
     # In the order of the files: a file that was flipped has to be built once more when it is whole again.
     chosen = sorted(random.Random(options.seed).sample(every, min(options.count, len(every))))
-    waiting, noticed, survivors = queue.SimpleQueue(), collections.Counter(), []
-    for flip in chosen:
-        waiting.put(flip)
+    noticed, trees = collections.Counter(), queue.SimpleQueue()
+    for number in range(options.jobs):
+        trees.put(Tree(number))
 
-    def work(tree):
-        while True:
-            try:
-                flip = waiting.get_nowait()
-            except queue.Empty:
-                return
-            by = tree.judge(flip)
+    def judge(flip):
+        tree = trees.get()
+        try:
+            return flip, tree.judge(flip)
+        finally:
+            trees.put(tree)
+
+    with concurrent.futures.ThreadPoolExecutor(options.jobs) as pool:
+        for flip, by in pool.map(judge, chosen):
             noticed[by] += 1
             if by is None:
-                survivors.append(flip)
                 print(describe(texts[flip[0]], flip), flush=True)
-
-    threads = [threading.Thread(target=work, args=(tree,)) for tree in [Tree(i) for i in range(options.jobs)]]
-    for thread in threads:
-        thread.start()
-    for thread in threads:
-        thread.join()
     built = len(chosen) - noticed["compiler"]
     print(f"{len(every)} flips, {len(chosen)} tried, {noticed['compiler']} refused or dropped by the compiler; "
-          f"tests notice {built - len(survivors)} of {built}")
+          f"tests notice {built - noticed[None]} of {built}")
     for by, count in noticed.most_common():
         if by not in (None, "compiler"):
             print(f"  {by}: {count}")

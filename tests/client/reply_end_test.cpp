@@ -43,16 +43,7 @@ const Row kRows[] = {
     {"<cmd><cmd></cmd>", "", false},
 };
 
-TEST(ReplyEnd, IsTheRootsEndTag) {
-  for (const Row& row : kRows) {
-    SCOPED_TRACE(row.reply);
-    ReplyEnd end;
-    EXPECT_EQ(end.feed(row.reply + row.behind), row.reply.size());
-    EXPECT_EQ(end.found(), row.ends);
-  }
-}
-
-TEST(ReplyEnd, DoesNotDependOnThePieces) {
+TEST(ReplyEnd, IsTheRootsEndTagWhateverThePieces) {
   for (const Row& row : kRows) {
     SCOPED_TRACE(row.reply);
     for (std::size_t cut = 0; cut <= row.reply.size(); ++cut) {

@@ -35,6 +35,12 @@ std::string cancel(const char* job, std::uint16_t service) {
   return built(CLSS_MakeCommand_CancelJob, service, job);
 }
 
+std::string with(std::string text, std::string_view part, std::string_view instead) {
+  const std::size_t at = text.find(part);
+  EXPECT_NE(at, text.npos) << part;
+  return text.replace(at, part.size(), instead);
+}
+
 std::string raster_page(RasterForm form) {
   RasterPage page;
   page.width = page.bytes_per_line = 40;

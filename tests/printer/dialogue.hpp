@@ -52,6 +52,9 @@ std::string cancel(const char* job = kJob, std::uint16_t service = kPrint);
 
 inline constexpr std::uint16_t kLastPage = 1, kAnotherFollows = 2;
 
+/// `text` with one part replaced, which must be there.
+std::string with(std::string text, std::string_view part, std::string_view instead);
+
 /// A raster of one page.
 std::string raster_page(RasterForm form = RasterForm::kPwg);
 

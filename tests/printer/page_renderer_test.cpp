@@ -85,87 +85,66 @@ RasterPage small_page() {
 
 // ------------------------------------------------------------------------------ what pixels become
 
+enum ColorSpace : unsigned {
+  kWhite = 0,
+  kRgb = 1,
+  kBlack = 3,
+  kCmy = 4,
+  kCmyk = 6,
+  kGray = 18,
+  kSrgb = 19,
+  kAdobe = 20,
+};
+
 struct ColorCase {
-  const char* name;
-  unsigned color_space;
+  ColorSpace space;
   unsigned sample_bits;
   unsigned pixel_bits;
-  Bytes line;  // Of two or three pixels,
+  Bytes line;  // A few pixels,
   unsigned width;
   Bytes expected;  // and what they become: gray when there are as many, else RGB.
 };
 
 const ColorCase kColorCases[] = {
-    {"gray", 18, 8, 8, {0, 100, 255}, 3, {0, 100, 255}},
-    {"luminance", 0, 8, 8, {0, 100, 255}, 3, {0, 100, 255}},
-    {"black", 3, 8, 8, {0, 100, 255}, 3, {255, 155, 0}},
-    {"gray, 1 bit", 18, 1, 1, {0b10100000}, 3, {255, 0, 255}},
-    {"black, 1 bit", 3, 1, 1, {0b10100000}, 3, {0, 255, 0}},
-    {"gray, 2 bits", 18, 2, 2, {0b00011000}, 3, {0, 85, 170}},
-    {"gray, 4 bits", 18, 4, 4, {0x0F, 0x80}, 3, {0, 255, 136}},
-    {"gray, 16 bits", 18, 16, 16, {0x12, 0x34, 0x80, 0, 0xFF, 0xFF}, 3, {18, 128, 255}},
-    {"black, 16 bits", 3, 16, 16, {0x12, 0x34, 0x80, 0, 0xFF, 0xFF}, 3, {237, 127, 0}},
-    {"sRGB", 19, 8, 24, {1, 2, 3, 255, 128, 0}, 2, {1, 2, 3, 255, 128, 0}},
-    {"device RGB", 1, 8, 24, {1, 2, 3, 255, 128, 0}, 2, {1, 2, 3, 255, 128, 0}},
-    {"sRGB, 16 bits",
-     19,
-     16,
-     48,
-     {0x12, 0x34, 0, 0, 0xFF, 0xFF, 1, 2, 0x30, 0, 9, 9},
-     2,
-     {18, 0, 255, 1, 48, 9}},
-    {"sRGB, 1 bit: a pixel's four bits begin with one that is not used",
-     19,
-     1,
-     4,
-     {0b0100'0011, 0b1001'0000},
-     3,
-     {255, 0, 0, 0, 255, 255, 0, 0, 255}},
-    {"sRGB, 2 bits: a pixel's byte begins with two that are not used",
-     19,
-     2,
-     8,
-     {0b00'11'01'10, 0b00'00'11'00},
-     2,
-     {255, 85, 170, 0, 255, 0}},
+    {kGray, 8, 8, {0, 100, 255}, 3, {0, 100, 255}},
+    {kWhite, 8, 8, {0, 100, 255}, 3, {0, 100, 255}},
+    {kBlack, 8, 8, {0, 100, 255}, 3, {255, 155, 0}},
+    {kGray, 1, 1, {0b10100000}, 3, {255, 0, 255}},
+    {kBlack, 1, 1, {0b10100000}, 3, {0, 255, 0}},
+    {kGray, 2, 2, {0b00011000}, 3, {0, 85, 170}},
+    {kGray, 4, 4, {0x0F, 0x80}, 3, {0, 255, 136}},
+    {kGray, 16, 16, {0x12, 0x34, 0x80, 0, 0xFF, 0xFF}, 3, {18, 128, 255}},
+    {kBlack, 16, 16, {0x12, 0x34, 0x80, 0, 0xFF, 0xFF}, 3, {237, 127, 0}},
+    {kSrgb, 8, 24, {1, 2, 3, 255, 128, 0}, 2, {1, 2, 3, 255, 128, 0}},
+    {kRgb, 8, 24, {1, 2, 3, 255, 128, 0}, 2, {1, 2, 3, 255, 128, 0}},
+    {kSrgb, 16, 48, {18, 52, 0, 0, 255, 255, 1, 2, 48, 0, 9, 9}, 2, {18, 0, 255, 1, 48, 9}},
+    // A pixel's four bits begin with one that is not used, its byte with two.
+    {kSrgb, 1, 4, {0b0100'0011, 0b1001'0000}, 3, {255, 0, 0, 0, 255, 255, 0, 0, 255}},
+    {kSrgb, 2, 8, {0b00'11'01'10, 0b00'00'11'00}, 2, {255, 85, 170, 0, 255, 0}},
     // By way of both spaces' XYZ matrices, rounded.
-    {"Adobe RGB",
-     20,
-     8,
-     24,
-     {200, 100, 50, 40, 120, 220, 180, 170, 90},
-     3,
-     {227, 100, 42, 0, 121, 224, 185, 172, 84}},
-    {"Adobe RGB, white and gray",
-     20,
-     8,
-     24,
-     {255, 255, 255, 128, 128, 128},
-     2,
-     {255, 255, 255, 129, 129, 129}},
-    {"CMY", 4, 8, 24, {255, 0, 0, 10, 20, 30}, 2, {0, 255, 255, 245, 235, 225}},
-    {"CMYK", 6, 8, 32, {255, 0, 0, 0, 0, 0, 100, 128}, 2, {0, 255, 255, 127, 127, 77}},
-    {"CMYK, 16 bits",
-     6,
-     16,
-     64,
-     {0xFF, 0xFF, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 100, 100, 128, 128},
-     2,
-     {0, 255, 255, 127, 127, 77}},
-    {"CMYK, 1 bit", 6, 1, 4, {0b1000'0011}, 2, {0, 255, 255, 0, 0, 0}},
+    {kAdobe, 8, 24, {200, 100, 50, 40, 120, 220}, 2, {227, 100, 42, 0, 121, 224}},
+    {kAdobe, 8, 24, {180, 170, 90, 128, 128, 128}, 2, {185, 172, 84, 129, 129, 129}},
+    {kAdobe, 8, 24, {255, 255, 255, 0, 0, 0}, 2, {255, 255, 255, 0, 0, 0}},
+    {kCmy, 8, 24, {255, 0, 0, 10, 20, 30}, 2, {0, 255, 255, 245, 235, 225}},
+    {kCmyk, 8, 32, {255, 0, 0, 0, 0, 0, 100, 128}, 2, {0, 255, 255, 127, 127, 77}},
+    {kCmyk, 1, 4, {0b1000'0011}, 2, {0, 255, 255, 0, 0, 0}},
+    {kCmyk, 16, 64, {255, 255, 0, 0, 0, 0, 0, 0}, 1, {0, 255, 255}},
+    {kCmyk, 16, 64, {0, 0, 0, 0, 100, 100, 128, 128}, 1, {127, 127, 77}},
 };
 
 TEST_F(PageRenderer, EveryKindOfPixelBecomesGrayOrRgb) {
   for (const RasterForm form : {RasterForm::kPwg, RasterForm::kCups, RasterForm::kCupsLittle}) {
     for (const ColorCase& row : kColorCases) {
-      SCOPED_TRACE(std::string(row.name) + ", form " + std::to_string(static_cast<int>(form)));
+      SCOPED_TRACE("space " + std::to_string(row.space) + ", bits " +
+                   std::to_string(row.sample_bits) + ", form " +
+                   std::to_string(static_cast<int>(form)));
       RasterPage raster;
       raster.width = row.width;
       raster.height = 2;
       raster.sample_bits = row.sample_bits;
       raster.pixel_bits = row.pixel_bits;
       raster.bytes_per_line = static_cast<unsigned>(row.line.size());
-      raster.color_space = row.color_space;
+      raster.color_space = row.space;
       raster.lines = {std::string(row.line.size(), '\0'), {row.line.begin(), row.line.end()}};
       const Rendering rendering = render(make_raster({raster}, form));
       ASSERT_EQ(rendering.error, "");
@@ -274,32 +253,29 @@ struct HostileCase {
 };
 
 const HostileCase kHostileCases[] = {
-    {"no width", [](RasterPage& page) { page.width = 0; }, "Page 1"},
-    {"no height", [](RasterPage& page) { page.height = 0; }, "Page 1"},
-    {"2^31 lines", [](RasterPage& page) { page.height = 1U << 31; }, "3 x 2147483648 pixels"},
-    {"2^32 - 1 lines", [](RasterPage& page) { page.height = 0xFFFFFFFF; }, "no page has"},
-    {"2^31 pixels wide", [](RasterPage& page) { page.width = page.bytes_per_line = 1U << 31; },
-     "Page 1"},
-    {"wider than the widest", [](RasterPage& page) { page.width = page.bytes_per_line = 65'536; },
+    {"no width", [](RasterPage& p) { p.width = 0; }, "Page 1"},
+    {"no height", [](RasterPage& p) { p.height = 0; }, "Page 1"},
+    {"2^31 lines", [](RasterPage& p) { p.height = 1U << 31; }, "3 x 2147483648 pixels"},
+    {"2^32 - 1 lines", [](RasterPage& p) { p.height = 0xFFFFFFFF; }, "no page has"},
+    {"2^31 pixels wide", [](RasterPage& p) { p.width = p.bytes_per_line = 1U << 31; }, "Page 1"},
+    {"wider than the widest", [](RasterPage& p) { p.width = p.bytes_per_line = 65'536; },
      "65536 x 2 pixels"},
-    {"lines of 2^31 bytes", [](RasterPage& page) { page.bytes_per_line = 1U << 31; }, "Page 1"},
-    {"lines of no bytes", [](RasterPage& page) { page.bytes_per_line = 0; }, "Page 1"},
-    {"lines too short", [](RasterPage& page) { page.bytes_per_line = 2; }, "lines of 2 bytes"},
-    {"lines too long", [](RasterPage& page) { page.bytes_per_line = 68; }, "lines of 68 bytes"},
+    {"lines of 2^31 bytes", [](RasterPage& p) { p.bytes_per_line = 1U << 31; }, "Page 1"},
+    {"lines of no bytes", [](RasterPage& p) { p.bytes_per_line = 0; }, "Page 1"},
+    {"lines too short", [](RasterPage& p) { p.bytes_per_line = 2; }, "lines of 2 bytes"},
+    {"lines too long", [](RasterPage& p) { p.bytes_per_line = 68; }, "lines of 68 bytes"},
     {"width times bits wraps to the line's length",
-     [](RasterPage& page) { page.width = 0x20000003, page.bytes_per_line = 3; }, "Page 1"},
-    {"no bits in a sample", [](RasterPage& page) { page.sample_bits = 0; }, "Page 1"},
-    {"no bits in a pixel", [](RasterPage& page) { page.pixel_bits = 0; }, "Page 1"},
-    {"3 bits in a sample", [](RasterPage& page) { page.sample_bits = 3; }, "Page 1"},
-    {"32 bits in a sample", [](RasterPage& page) { page.sample_bits = page.pixel_bits = 32; },
-     "Page 1"},
-    {"a sample of 2^31 bits", [](RasterPage& page) { page.sample_bits = 1U << 31; }, "Page 1"},
-    {"pixels of 16 bits with samples of 8", [](RasterPage& page) { page.pixel_bits = 16; },
-     "Page 1"},
-    {"colours in planes", [](RasterPage& page) { page.color_order = 2; }, "in order 2"},
-    {"colours in no known order", [](RasterPage& page) { page.color_order = 77; }, "Page 1"},
-    {"a device's own ink", [](RasterPage& page) { page.color_space = 48; }, "colour space 48"},
-    {"no known colours", [](RasterPage& page) { page.color_space = 0x80000012; }, "Page 1"},
+     [](RasterPage& p) { p.width = 0x20000003, p.bytes_per_line = 3; }, "Page 1"},
+    {"no bits in a sample", [](RasterPage& p) { p.sample_bits = 0; }, "Page 1"},
+    {"no bits in a pixel", [](RasterPage& p) { p.pixel_bits = 0; }, "Page 1"},
+    {"3 bits in a sample", [](RasterPage& p) { p.sample_bits = 3; }, "Page 1"},
+    {"32 bits in a sample", [](RasterPage& p) { p.sample_bits = p.pixel_bits = 32; }, "Page 1"},
+    {"a sample of 2^31 bits", [](RasterPage& p) { p.sample_bits = 1U << 31; }, "Page 1"},
+    {"pixels of 16 bits with samples of 8", [](RasterPage& p) { p.pixel_bits = 16; }, "Page 1"},
+    {"colours in planes", [](RasterPage& p) { p.color_order = 2; }, "in order 2"},
+    {"colours in no known order", [](RasterPage& p) { p.color_order = 77; }, "Page 1"},
+    {"a device's own ink", [](RasterPage& p) { p.color_space = 48; }, "colour space 48"},
+    {"no known colours", [](RasterPage& p) { p.color_space = 0x80000012; }, "Page 1"},
 };
 
 TEST_F(PageRenderer, RefusesHostileHeaders) {

@@ -18,13 +18,6 @@ namespace {
 constexpr char kOther[] = "00000043";
 constexpr std::uint16_t kFax = 9, kA4 = 4, kPlain = 1, kPhotographic = 12;
 
-// `text` with one part replaced, which must be there.
-std::string with(std::string text, std::string_view part, std::string_view instead) {
-  const std::size_t at = text.find(part);
-  EXPECT_NE(at, text.npos) << part;
-  return text.replace(at, part.size(), instead);
-}
-
 std::string plain_settings() {
   const ClssConfigurationPaper paper = {2, kA4, kPlain, 1};
   return built(CLSS_MakeCommand_SetConfigurationNS, paper, ClssConfigurationMode{1, kUnknown}, kJob,
