@@ -42,12 +42,8 @@ class Job {
   Result<PrintReport> print(PageSource& pages) {
     Printer client(printer);
     const PrintCapability capability =
-        read_print_capability(make_reply("GetCapabilityResponse", "print",
-                                         "<zirk:response>OK</zirk:response>" + printer.capability))
-            .value();
-    const Status status = read_status(make_reply("GetStatusResponse", "print",
-                                                 "<zirk:response>OK</zirk:response>" + kLoaded))
-                              .value();
+        read_print_capability(capability_reply(printer.capability)).value();
+    const Status status = read_status(status_reply(kLoaded)).value();
     const Settings settings = complete_settings({}, capability, status).value();
     return PrintJob(client, capability, settings, options).print(pages);
   }

@@ -44,15 +44,15 @@ const std::string kLoaded =
     "<zirk:currentpapersize "
     "physicalinputbin=\"inputbin_p2\">na_index-4x6_4x6in</zirk:currentpapersize>";
 
-std::string make_reply(std::string_view operation, std::string_view service,
-                       std::string_view body) {
+std::string make_reply(std::string_view operation, std::string_view service, std::string_view body,
+                       std::string_view response) {
   std::string reply = "<?xml version=\"1.0\" encoding=\"utf-8\" ?><cmd xmlns:zirk=\"";
   reply +=
       std::string(glb_NameSpace[0]) + "\" xmlns:vrx=\"" + glb_NameSpace[1] + "\"><zirk:contents>";
   reply += "<zirk:operation>" + std::string(operation) +
            "</zirk:operation><zirk:param_set servicetype=\"";
-  reply +=
-      std::string(service) + "\">" + std::string(body) + "</zirk:param_set></zirk:contents></cmd>";
+  reply += std::string(service) + "\"><zirk:response>" + std::string(response) +
+           "</zirk:response>" + std::string(body) + "</zirk:param_set></zirk:contents></cmd>";
   return reply;
 }
 
@@ -182,14 +182,13 @@ Result<std::string> ScriptedPrinter::exchange(std::string_view command, std::str
     const std::string detail = script->reason == "-" ? ""
                                                      : "<zirk:response_detail>" + script->reason +
                                                            "</zirk:response_detail>";
-    return make_reply(word + "Response", service, "<zirk:response>NG</zirk:response>" + detail);
+    return make_reply(word + "Response", service, detail, "NG");
   }
   if (script != nullptr && script->damage == Damage::kCommandIsLost)
     return spoilt({}, script->damage);
   carry_out(operation, jobID, set.child("zirk:job_description").child_value());
   const std::string good =
-      make_reply(word + "Response", service,
-                 "<zirk:response>OK</zirk:response>" + body_of(operation, service, jobID));
+      make_reply(word + "Response", service, body_of(operation, service, jobID));
   return script == nullptr ? good : spoilt(good, script->damage);
 }
 

@@ -52,8 +52,15 @@ inline constexpr DamageRow kDamageRows[] = {
     {Damage::kCommandIsLost, Fault::kUnreachable},
 };
 
-/// The reply to an operation of the print service, or another, around some elements.
-std::string make_reply(std::string_view operation, std::string_view service, std::string_view body);
+/// The reply to an operation of a service, around some elements.
+std::string make_reply(std::string_view operation, std::string_view service, std::string_view body,
+                       std::string_view response = "OK");
+inline std::string capability_reply(std::string_view body) {
+  return make_reply("GetCapabilityResponse", "print", body);
+}
+inline std::string status_reply(std::string_view body) {
+  return make_reply("GetStatusResponse", "print", body);
+}
 
 class ScriptedPrinter : public Channel {
  public:

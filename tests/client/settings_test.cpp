@@ -15,17 +15,6 @@
 namespace pxcl::client {
 namespace {
 
-std::string status_reply(const std::string& body, std::string_view service = "print") {
-  return make_reply("GetStatusResponse", service, "<zirk:response>OK</zirk:response>" + body);
-}
-
-PrintCapability capability_of(const std::string& body) {
-  Result<PrintCapability> capability = read_print_capability(
-      make_reply("GetCapabilityResponse", "print", "<zirk:response>OK</zirk:response>" + body));
-  EXPECT_TRUE(capability) << capability.error().message;
-  return std::move(capability).value();
-}
-
 Status status_of(const std::string& body) {
   return read_status(status_reply(body)).value();
 }
@@ -34,8 +23,7 @@ TEST(Capability, ThatCannotBeReadIsABadReply) {
   for (const char* body : {"<zirk:papersize>iso_a4_210x297mm</zirk:papersize><zirk:margin_border "
                            "papersize=\"iso_a4_210x297mm\">1,2,3</zirk:margin_border>",
                            "<zirk:max_pixels>1,2,3</zirk:max_pixels>"}) {
-    const auto read = read_print_capability(make_reply(
-        "GetCapabilityResponse", "print", std::string("<zirk:response>OK</zirk:response>") + body));
+    const auto read = read_print_capability(capability_reply(body));
     ASSERT_FALSE(read);
     EXPECT_EQ(read.error().fault, Fault::kBadReply);
   }
@@ -139,7 +127,7 @@ const Wish kUnsuitable[] = {
 };
 
 TEST(Settings, AreWishesMadeComplete) {
-  const PrintCapability capability = capability_of(kCapability);
+  const PrintCapability capability = read_print_capability(capability_reply(kCapability)).value();
   const Status status = status_of(kLoaded);
   for (const Wish& row : kWishes) {
     const Result<Settings> made = complete_settings(row.wishes, capability, status);
@@ -180,7 +168,7 @@ TEST(Settings, DependOnWhatIsLoaded) {
       {bin(1, kPlain, "iso_a5_148x210mm"), {}, "not what the printer offers"},
       {"", {kA4, kPlain, {}, {}, {}}, nullptr},
   };
-  const PrintCapability capability = capability_of(kCapability);
+  const PrintCapability capability = read_print_capability(capability_reply(kCapability)).value();
   for (const Row& row : rows) {
     SCOPED_TRACE(row.loaded);
     const Result<Settings> made = complete_settings(row.wishes, capability, status_of(row.loaded));

@@ -76,19 +76,6 @@ TEST(Buffers, AreFilledAtEveryCapacity) {
   }
 }
 
-TEST(Buffers, OfTheDeviceSettingsAreNotPaired) {
-  const auto make = [](char* buffer, std::uint64_t size, std::uint64_t* length) {
-    return CLSS_MakeCommand_SetConfigurationDevice({1, 3}, kJob, buffer, size, length);
-  };
-  char byte = kFiller;
-  std::uint64_t need = 0, length = kUnwritten;
-  EXPECT_EQ(make(&byte, 0, &need), CLSS_COMMAND_OK);
-  EXPECT_EQ(make(nullptr, need, &length), CLSS_COMMAND_BAD_ARGUMENT);
-  EXPECT_EQ(length, kUnwritten);
-  EXPECT_EQ(make(nullptr, need - 1, &length), CLSS_COMMAND_BUFFER_TOO_SMALL);
-  EXPECT_EQ(length, need);
-}
-
 // ---- Sizes that do not fit 32 bits, signed or not ----
 
 constexpr std::uint64_t kTwo31 = std::uint64_t{1} << 31;

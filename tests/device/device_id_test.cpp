@@ -80,23 +80,6 @@ TEST(DeviceId, EveryModelIsFoundAtItsPlace) {
   }
 }
 
-TEST(DeviceId, ListsAnswerForTheirOwnModels) {
-  const struct {
-    int32_t (*test)(const char*, int64_t);
-    const char* const* list;
-  } lists[] = {{CLSS_IsSupportMinP, MINP_PRINTER_LIST},
-               {CLSS_IsSupportKWNP_From14Autumn, KWNP_PRINTER_LIST_14AUTUMN}};
-  for (const auto& [test, list] : lists) {
-    const auto names = names_of(list);
-    for (const string& name : {names.front(), names.back()}) {
-      EXPECT_EQ(ask(test, id_of(name)), 1);
-      EXPECT_EQ(ask(test, id_of(name.substr(0, 4) + " " + name.substr(4))), 1);
-      EXPECT_EQ(ask(test, id_of(name.substr(0, name.size() - 1))), 0);
-    }
-    EXPECT_EQ(ask(test, id_of("no such series")), 0);
-  }
-}
-
 TEST(DeviceId, CorvelVersions) {
   const int32_t versions[] = {0, 0, 1, 1, 1, 1, 2, 2, 2, 2, 2, 3, 3, 3, 3};
   const int16_t on = 1;

@@ -211,20 +211,4 @@ TEST(ShortMemory, IrregularTags) {
   fail_scans({0, {"cmd/a"}, 0, "<?xml ?><cmd><" + deep + ">"});
 }
 
-// A list record whose ranges could not be made keeps null ranges and the scan's own result.
-TEST(ShortMemory, RangesOfAStoredRun) {
-  const Texts texts({0, {"cmd/a"}, 0, "<?xml ?><cmd><a>x</a></cmd>"});
-  Request<ClXmlListParameter> request(texts);
-  ClXmlParserData* data = nullptr;
-  ASSERT_EQ(ClXmlInitializeParserData(&data, 0, nullptr, &request.record), 0);
-  EXPECT_EQ(ClXmlParse(data), 0);
-  {
-    const pxcl_test::FailAllocation failing(1);
-    EXPECT_EQ(ClXmlStoreParserData(data, nullptr, &request.record), 0);
-  }
-  EXPECT_EQ(request.parameters[0].ranges, nullptr);
-  EXPECT_EQ(data->targets[0].matches, nullptr);
-  ClXmlUnInitializeParserData(data);
-}
-
 }  // namespace

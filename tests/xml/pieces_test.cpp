@@ -95,23 +95,6 @@ TEST(Split, QuotedValues) {
   }
 }
 
-TEST(Uri, OneSlashAtTheEndMakesNoDifference) {
-  const auto equal = [](std::string_view a, std::string_view b) {
-    return ClXmlCompare_Uri(a.data(), a.size(), b.data(), b.size()) == 1;
-  };
-  EXPECT_TRUE(equal("u:a/", "u:a") && equal("u:a", "u:a/") && equal("/", "/"));
-  EXPECT_FALSE(equal("u:a//", "u:a") || equal("u:A", "u:a") || equal("", "") || equal("/", ""));
-}
-
-TEST(Table, HoldsTheFourNamespaces) {
-  const char* const kPrefixes[] = {"zirk", "vrx", "tolm", "ikw"};
-  for (int i = 0; i < 4; ++i) {
-    EXPECT_STREQ(clNsTable[i].prefix, kPrefixes[i]);
-    EXPECT_TRUE(clNsTable[i].declaredPrefix == nullptr && clNsTable[i].declaredPrefixLength == 0);
-  }
-  EXPECT_TRUE(clNsTable[4].uri == nullptr && clNsTable[4].prefix == nullptr);
-}
-
 // A bare record over a document, without a parser.
 struct BareRun {
   explicit BareRun(std::string_view document, std::uint32_t flags = 0) : block(document) {
@@ -238,43 +221,6 @@ TEST(Path, RootClosesWithTheByteBehindItsName) {
   BareRun any("", CL_XML_COM_FLAG);
   EXPECT_EQ(any.add("/", "root"), 0);
   EXPECT_EQ(any.remove("root ", 5), 2);
-}
-
-TEST(Path, SlashBehindAnOddNumberOfQuotesDoesNotSeparate) {
-  const struct {
-    const char* path;
-    std::uint64_t length;
-  } kRows[] = {{"a/b", 1},           {"a", 1},       {"/a", 0},
-               {"a k=\"x/y\"/b", 9}, {"a\"/b/c", 6}, {"a\"\"/b", 3}};
-  for (const auto& row : kRows) {
-    const ExactBlock path(row.path);
-    std::uint64_t length = 99;
-    EXPECT_EQ(ClXmlFirstElementLengthOfPath(path.data(), path.size(), &length), 1);
-    EXPECT_EQ(length, row.length) << row.path;
-  }
-  BareRun run("");
-  for (const char* name : {"cmd", "a\"", "b"}) EXPECT_EQ(run.add("/", name), 0);
-  EXPECT_EQ(run.remove("b", 1), -10);
-  EXPECT_EQ(run.remove("a\"/b", 4), 0);
-  EXPECT_EQ(run.path(), "cmd");
-}
-
-TEST(Target, AsksForTheLastAttributeWithoutValue) {
-  const char* const kRows[][2] = {
-      {"cmd/a k", "k"},     {"cmd/a k=\"v\" l", "l"},     {"cmd/a k=\"v\"", "-"},
-      {"cmd/a k/b", "-"},   {"cmd/a k=\"/\" l m", "l m"}, {"cmd/a k/", "-"},
-      {"cmd/a k=\"v", "-"}, {"cmd/a k='v'", "-"}};
-  for (const auto& row : kRows) {
-    const ExactBlock path(row[0]);
-    ClXmlTarget target = {};
-    target.path = path.data();
-    target.pathLength = path.size();
-    const char* name = nullptr;
-    std::uint64_t length = 0;
-    const int result = ClXmlChkTargetPathRequestAttValue(&target, &name, &length);
-    EXPECT_EQ(text(name, length), row[1]) << row[0];
-    EXPECT_EQ(result, name == nullptr ? 0 : 1);
-  }
 }
 
 // Whether the path matches the current one, which is set as it stands.

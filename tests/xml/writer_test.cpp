@@ -110,22 +110,6 @@ TEST(Writer, FitsExactly) {
   }
 }
 
-TEST(Writer, TellsPlacesAndStatuses) {
-  Job job("<cmd><a>x</a><b/><c></c><d>y</d></cmd>",
-          {{"cmd/a", "longer"}, {"cmd/b", "b"}, {"cmd/c", "c"}, {"cmd/d", ""}, {"cmd/e", "e"}});
-  const std::string output = job.run();
-  const std::pair<int, std::size_t> kExpected[] = {{1, output.find("longer")},
-                                                   {1, output.find("b</b>")},
-                                                   {1, output.find("c</c>")},
-                                                   {1, output.find("y")}};
-  for (std::size_t i = 0; i < 4; ++i) {
-    EXPECT_EQ(job.request.parameters[i].status, kExpected[i].first);
-    EXPECT_EQ(job.request.parameters[i].newValueOffset, kHead.size() + kExpected[i].second) << i;
-  }
-  EXPECT_EQ(job.request.parameters[4].status, -101);
-  EXPECT_EQ(job.request.parameters[4].newValueOffset, 0u);
-}
-
 TEST(Writer, RecordsOfOnePathPointerShareTheLastPlace) {
   Job job("<cmd><a>x</a><b>y</b></cmd>", {{"cmd/a", "first"}, {"cmd/b", "second"}});
   char output[64];
@@ -146,18 +130,6 @@ TEST(Writer, TheLaterRecordOfOnePathPointerIsWritten) {
   for (const ClXmlParameter& parameter : job.request.parameters) {
     EXPECT_EQ(parameter.newValueOffset, kHead.size() + 8);
   }
-}
-
-TEST(Writer, ManyRecords) {
-  std::string body = "<cmd>";
-  std::string expected = "<cmd>";
-  std::vector<Replacement> replacements;
-  for (char name = 'a'; name <= 'z'; ++name) {
-    body += std::string("<") + name + ">x</" + name + ">";
-    expected += std::string("<") + name + ">" + std::string(3, name) + "</" + name + ">";
-    replacements.insert(replacements.begin(), {std::string("cmd/") + name, std::string(3, name)});
-  }
-  EXPECT_EQ(Job(body + "</cmd>", replacements).run(), expected + "</cmd>");
 }
 
 TEST(Writer, RefusesRangesThatCannotBe) {
