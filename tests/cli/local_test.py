@@ -41,7 +41,7 @@ class CommandLine(Case):
             (["status"], "PXCL_PRINTER"),
             (["status", "--printer", "lp0"], "names no printer"),
             (["status", "--printer", "virtual:"], "profile"),
-            (["status", "--printer", "virtual:nobody"], "nobody"),
+            (["status", "--printer", "virtual:nobody"], "office, photo, wide"),
             (["status", "--printer", "virtual:/nowhere.json"], "nowhere"),
             (["status", "--printer", "virtual:office?paper=1"], "paper"),
             (["status", "--printer", "virtual:office?fault=bad luck"], "bad luck"),

@@ -151,21 +151,6 @@ class Printing(Case):
                 self.expect(ended, 0)
                 self.assertEqual(ended.json()["settings"], {**ended.json()["settings"], **expected})
 
-    def test_what_the_printer_does_not_offer_is_2(self):
-        for words in (["--size", "a3"], ["--size", "a4", "--type", "custom-media-type-vaslo-43"],
-                      ["--size", "a4", "--type", "stationery", "--borderless", "on"],
-                      ["--size", "a4", "--color", "warmblack"]):
-            with self.subTest(words):
-                ended = self.print(pwg([page()]), *words)
-                self.expect(ended, 2)
-
-    def test_titles_are_made_safe(self):
-        trace = self.folder / "trace"
-        for title in ("]]></zirk:job_description>", "<&\"'>", "\x1b[31m\x07\n", "ü" * 60, "\u202etitle", "x" * 5000, ""):
-            with self.subTest(title):
-                self.expect(self.print(pwg([page()]), "--title", title, "--trace", trace), 0)
-                self.assertNotIn("\x1b", trace.read_text())
-
     def test_the_dialogue_is_traced(self):
         trace = self.folder / "trace"
         self.expect(self.print(pwg([page()] * 2), "--trace", trace), 0)

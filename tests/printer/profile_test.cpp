@@ -124,16 +124,6 @@ TEST(Profile, ComesFromAFile) {
   EXPECT_THROW(static_cast<void>(profile_from_file(folder.path())), std::runtime_error);
 }
 
-TEST(Profile, NamesAreListedForThoseWhoAskForAnother) {
-  EXPECT_EQ(profile_names(), (std::vector<std::string>{"office", "photo", "wide"}));
-  try {
-    static_cast<void>(profile_named("laser"));
-    ADD_FAILURE();
-  } catch (const std::runtime_error& error) {
-    EXPECT_NE(std::string(error.what()).find("office, photo, wide"), std::string::npos);
-  }
-}
-
 }  // namespace
 
 }  // namespace pxcl::printer
