@@ -3,7 +3,7 @@
 
 #include <gtest/gtest.h>
 
-#include <chrono>
+#include <ctime>
 #include <string>
 #include <vector>
 
@@ -331,7 +331,7 @@ TEST(ItemSets, StayLinearOnHostileLists) {
     const std::string& text;
     std::size_t entries;
   } cases[] = {{commas, 0}, {longWord, 0}, {values, 100'000}, {blanks, 100'000}};
-  const auto begin = std::chrono::steady_clock::now();
+  const std::clock_t begin = std::clock();
   for (const auto& [text, entries] : cases) {
     Items items{{item("m", COLOR_MODES)}};
     EXPECT_EQ(items.list(reply("<zirk:m>" + text + "</zirk:m>")), 0);
@@ -339,7 +339,7 @@ TEST(ItemSets, StayLinearOnHostileLists) {
     ReleaseItemSetList(items.sets.data(), 1);
     items.by_attribute(by_attribute(text));
   }
-  EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(5));
+  EXPECT_LT(std::clock() - begin, 5 * CLOCKS_PER_SEC);
 }
 
 }  // namespace
