@@ -42,6 +42,14 @@ inline void open_in_stretch(Scan& scan, const Shape& shape, u32 offset) {
   }
 }
 
+// The one target that gets the tag's attribute; kNone when there are more of them, or none.
+inline u32 only_target(const Scan& scan, const Tag& tag, const Node& node) {
+  const u32 number = node.attributeTargets;
+  if (number == kNone || scan.plan.targets[number].next != kNone) return kNone;
+  const Target& target = scan.plan.targets[number];
+  return is_named(tag, {target.attributeName, target.attributeNameLength}) ? number : kNone;
+}
+
 // Notes what comes of a tag with a new shape below `parent`.
 inline void describe(Scan& scan, const OpenElement& parent, const Tag& tag, u32 node,
                      Shape& shape) {
@@ -50,6 +58,7 @@ inline void describe(Scan& scan, const OpenElement& parent, const Tag& tag, u32 
   shape.hasValue = tag.has_attribute();
   shape.byValue = shape.hasValue && (parent.flags & kValuedChildren) != 0;
   if (shape.byValue) shape.name = read_name(scan, tag.text, tag.nameLength);
+  shape.target = node == kNone ? kNone : only_target(scan, tag, scan.plan.nodes[node]);
 }
 
 // --- Following -----------------------------------------------------------------------------------
@@ -106,12 +115,14 @@ inline Tag as_tag(const Cursor& cursor, const Shape& shape, const FollowingTag& 
 }
 
 // Gives what the tag holds to the targets of a node that it matches.
-inline bool serve(Scan& scan, const Cursor& cursor, const Shape& shape, const FollowingTag& tag,
+inline bool serve(Scan& scan, const Cursor& cursor, const Shape& shape, FollowingTag tag,
                   u32 number) {
   const Node& node = scan.plan.nodes[number];
   if ((node.flags & kEachValue) != 0) note_plain_key(scan, node, as_tag(cursor, shape, tag));
-  if ((node.flags & kAttributeTargets) != 0 &&
-      !store_attribute(scan, as_tag(cursor, shape, tag), node)) {
+  if (number == shape.node && shape.target != kNone) {
+    if (!record(scan, shape.target, tag.value - 1, tag.valueLength + 2, kFound)) return false;
+  } else if ((node.flags & kAttributeTargets) != 0 &&
+             !store_attribute(scan, as_tag(cursor, shape, tag), node)) {
     return false;
   }
   if (!shape.key.isLeaf || (node.flags & kElementTargets) == 0) return true;
@@ -126,9 +137,8 @@ inline u32* append_by_value(Scan& scan, const Cursor& cursor, const Shape& shape
   return append_valued(scan, as_tag(cursor, shape, following), shape.name, parent, out);
 }
 
-inline bool serve_leaf(Scan& scan, const Cursor& cursor, const Shape& shape,
-                       const FollowingTag& tag, u32 aliveTop) {
-  ++scan.serial;
+[[gnu::noinline]] bool serve_nodes(Scan& scan, const Cursor& cursor, const Shape& shape,
+                                   FollowingTag tag, u32 aliveTop) {
   if (shape.byValue) {
     u32* node = scan.alive.begin() + aliveTop;
     u32* const end = append_by_value(scan, cursor, shape, tag, node[-1], node);
@@ -137,6 +147,13 @@ inline bool serve_leaf(Scan& scan, const Cursor& cursor, const Shape& shape,
     }
   }
   return shape.node == kNone || serve(scan, cursor, shape, tag, shape.node);
+}
+
+inline bool serve_leaf(Scan& scan, const Cursor& cursor, const Shape& shape,
+                       const FollowingTag& tag, u32 aliveTop) {
+  ++scan.serial;
+  const bool mayMatch = shape.byValue || shape.node != kNone;
+  return !mayMatch || serve_nodes(scan, cursor, shape, tag, aliveTop);
 }
 
 inline void open_followed(Scan& scan, Follower& follower, const Shape& shape, u32 offset) {
@@ -193,10 +210,10 @@ inline i32 stop_behind_tag(Scan& scan, Cursor& cursor, Follower follower) {
 enum class Stop : u8 { kNowhere, kBehindTag, kAtTag, kNoMemory };
 
 // Whether an element matches nodes by its value: what its children match depends on that.
-inline bool matches_by_value(Scan& scan, const Cursor& cursor, const Follower& follower) {
-  if (!follower.shape->byValue) return false;
-  u32* const nodes = scan.alive.begin() + follower.aliveTop;
-  return append_by_value(scan, cursor, *follower.shape, follower.tag, nodes[-1], nodes) != nodes;
+[[gnu::noinline]] bool matches_by_value(Scan& scan, const Cursor& cursor, const Shape& shape,
+                                        FollowingTag tag, u32 aliveTop) {
+  u32* const nodes = scan.alive.begin() + aliveTop;
+  return append_by_value(scan, cursor, shape, tag, nodes[-1], nodes) != nodes;
 }
 
 // Takes what follows `follower.shape` as long as it is what followed such a one before.
@@ -221,7 +238,9 @@ inline Stop follow_all(Scan& scan, const Cursor& cursor, Follower& follower) {
     follower.isPending = shape.key.isLeaf;
     follower.at = follower.tag.close;
     if (shape.key.isLeaf) continue;
-    if (matches_by_value(scan, cursor, follower)) return Stop::kAtTag;
+    if (shape.byValue && matches_by_value(scan, cursor, shape, follower.tag, follower.aliveTop)) {
+      return Stop::kAtTag;
+    }
     open_followed(scan, follower, shape, follower.tag.value - shape.key.length);
     if (shape.node != kNone && !serve(scan, cursor, shape, follower.tag, shape.node)) {
       return Stop::kNoMemory;
