@@ -431,17 +431,25 @@ TEST(Routes, AgreeOnMoreTagsThanAreKept) {
 
 // Rows that are alike but for one, in the middle.
 TEST(Routes, AgreeOnListsWithOneOddRow) {
-  const std::vector<std::string> paths = {"cmd/a k",   "cmd/a k=\"v\"/b", "cmd/a k/b",
-                                          "cmd/a k/c", "cmd/d",           "cmd/a k=\"w\"/b"};
-  const std::string long_value(40, 'w');
-  for (const std::string& odd :
-       {std::string("<a k=\"w\"><b>y</b><c>z</c></a>"), "<a k=\"" + long_value + "\"><b>y</b></a>",
-        "<a k=\"x\">" + std::string(150, ' ') + "<b>y</b></a>",
-        std::string("<a k=\"x\"><b>y<e/></b></a>"), std::string("<a k=\"x\"><b>y>z</b><c></c></a>"),
-        std::string("<a k=\"x\"><b>y</b ></a>"), std::string("<a k=\"x\">t<b>y</b></a>"),
-        std::string("<a k=\"x\">t</a>"), std::string("<a k=\"x\"><c>z</c><b>y</b></a>"),
-        "<a k=\"x\"><b>" + long_value + "</b></a>",
-        std::string("<a k=\"x\"><b>y</b><c>z</c></a><f><g><h><b>y</b></h></g></f>")}) {
+  const std::vector<std::string> paths = {"cmd/a k",         "cmd/a k=\"v\"/b", "cmd/a k/b",
+                                          "cmd/a  k/b",      "cmd/a k/c",       "cmd/d",
+                                          "cmd/a k=\"w\"/b", "cmd/a/b"};
+  const std::string value(40, 'w'), blanks(150, ' ');
+  const std::string rows[] = {
+      "<a k=\"w\"><b>y</b><c>z</c></a>",
+      "<a k=\"" + value + "\"><b>y</b></a>",
+      "<a k=\"x\">" + blanks + "<b>y</b></a>",
+      "<a k=\"x\"><b>y<e/></b></a>",
+      "<a k=\"x\"><b>y>z</b><c></c></a>",
+      "<a k=\"x\"><b>y</b ></a>",
+      "<a k=\"x\">t<b>y</b></a>",
+      "<a k=\"x\">t</a>",
+      "<a k=\"x\"><c>z</c><b>y</b></a>",
+      "<a k=\"x\"><b>" + value + "</b></a>",
+      "<a k=\"x\"><b>y</b><c>z</c></a><f><g><h><b>y</b></h></g></f>",
+      "<a xmlns:z=\"elsewhere\"><b>y</b></a>",
+  };
+  for (const std::string& odd : rows) {
     for (std::size_t used = 1; used < paths.size(); ++used) {
       EngineCase one = {0, {paths.begin(), paths.end()}, 0, "<?xml ?><cmd>"};
       one.paths.erase(one.paths.begin() + static_cast<std::ptrdiff_t>(used));
