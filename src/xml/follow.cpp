@@ -42,12 +42,14 @@ inline void open_in_stretch(Scan& scan, const Shape& shape, u32 offset) {
   }
 }
 
-// The one target that gets the tag's attribute; kNone when there are more of them, or none.
-inline u32 only_target(const Scan& scan, const Tag& tag, const Node& node) {
-  const u32 number = node.attributeTargets;
-  if (number == kNone || scan.plan.targets[number].next != kNone) return kNone;
-  const Target& target = scan.plan.targets[number];
-  return is_named(tag, {target.attributeName, target.attributeNameLength}) ? number : kNone;
+// Whether at most one target gets an attribute of the tag, and none asks for what is below.
+inline bool is_simple(const Scan& scan, const Tag& tag, u32 number) {
+  if (number == kNone) return true;
+  const Node& node = scan.plan.nodes[number];
+  if (node.belowTargets != kNone) return false;
+  if (!tag.has_attribute() || node.attributeTargets == kNone) return true;
+  const Target& target = scan.plan.targets[node.attributeTargets];
+  return target.next == kNone && is_named(tag, {target.attributeName, target.attributeNameLength});
 }
 
 // Notes what comes of a tag with a new shape below `parent`.
@@ -58,7 +60,8 @@ inline void describe(Scan& scan, const OpenElement& parent, const Tag& tag, u32 
   shape.hasValue = tag.has_attribute();
   shape.byValue = shape.hasValue && (parent.flags & kValuedChildren) != 0;
   if (shape.byValue) shape.name = read_name(scan, tag.text, tag.nameLength);
-  shape.target = node == kNone ? kNone : only_target(scan, tag, scan.plan.nodes[node]);
+  const bool mayGive = shape.hasValue && node != kNone;
+  shape.target = mayGive ? scan.plan.nodes[node].attributeTargets : kNone;
 }
 
 // --- Following -----------------------------------------------------------------------------------
@@ -114,21 +117,25 @@ inline Tag as_tag(const Cursor& cursor, const Shape& shape, const FollowingTag& 
   return tag;
 }
 
-// Gives what the tag holds to the targets of a node that it matches.
+// Gives a leaf's text to the targets of a node that it matches, and any tag's value to those that
+// want it as the key.
 inline bool serve(Scan& scan, const Cursor& cursor, const Shape& shape, FollowingTag tag,
                   u32 number) {
   const Node& node = scan.plan.nodes[number];
   if ((node.flags & kEachValue) != 0) note_plain_key(scan, node, as_tag(cursor, shape, tag));
-  if (number == shape.node && shape.target != kNone) {
-    if (!record(scan, shape.target, tag.value - 1, tag.valueLength + 2, kFound)) return false;
-  } else if ((node.flags & kAttributeTargets) != 0 &&
-             !store_attribute(scan, as_tag(cursor, shape, tag), node)) {
-    return false;
-  }
   if (!shape.key.isLeaf || (node.flags & kElementTargets) == 0) return true;
   u32 close = tag.close;
   while (is_space(cursor.text[close - 1])) --close;
   return on_leaf(scan, node, tag.inside, close - tag.inside);
+}
+
+// The same for the node of the shape, which may want the attribute too.
+inline bool serve_own(Scan& scan, const Cursor& cursor, const Shape& shape, FollowingTag tag) {
+  if (shape.target != kNone &&
+      !record(scan, shape.target, tag.value - 1, tag.valueLength + 2, kFound)) {
+    return false;
+  }
+  return serve(scan, cursor, shape, tag, shape.node);
 }
 
 // Appends the nodes that the tag below `parent` matches by its value.
@@ -143,10 +150,13 @@ inline u32* append_by_value(Scan& scan, const Cursor& cursor, const Shape& shape
     u32* node = scan.alive.begin() + aliveTop;
     u32* const end = append_by_value(scan, cursor, shape, tag, node[-1], node);
     for (; node != end; ++node) {
-      if (!serve(scan, cursor, shape, tag, *node)) return false;
+      if (!store_attribute(scan, as_tag(cursor, shape, tag), scan.plan.nodes[*node]) ||
+          !serve(scan, cursor, shape, tag, *node)) {
+        return false;
+      }
     }
   }
-  return shape.node == kNone || serve(scan, cursor, shape, tag, shape.node);
+  return shape.node == kNone || serve_own(scan, cursor, shape, tag);
 }
 
 inline bool serve_leaf(Scan& scan, const Cursor& cursor, const Shape& shape,
@@ -242,7 +252,7 @@ inline Stop follow_all(Scan& scan, const Cursor& cursor, Follower& follower) {
       return Stop::kAtTag;
     }
     open_followed(scan, follower, shape, follower.tag.value - shape.key.length);
-    if (shape.node != kNone && !serve(scan, cursor, shape, follower.tag, shape.node)) {
+    if (shape.node != kNone && !serve_own(scan, cursor, shape, follower.tag)) {
       return Stop::kNoMemory;
     }
   }
@@ -254,8 +264,7 @@ Learned learn(Scan& scan, OpenElement& parent, const Tag& tag, bool isLeaf, Matc
   const u32 first = scan.shapes.first_number();
   const u32 around = settled_shape(scan, parent);
   const u32 node = matched.named == matched.end ? kNone : *matched.named;
-  if (around == kNoShape || matched.end - matched.named > 1 ||
-      (node != kNone && scan.plan.nodes[node].belowTargets != kNone)) {
+  if (around == kNoShape || matched.end - matched.named > 1 || !is_simple(scan, tag, node)) {
     scan.lastShape = nullptr;
     return {kNoShape, nullptr};
   }

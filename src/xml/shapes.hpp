@@ -55,7 +55,7 @@ struct Shape {
   ShapeKey key;
   u32 number;
   u32 node;    // what every tag matches that begins so there; kNone
-  u32 target;  // the one that gets the attribute; kNone: there are more, or none
+  u32 target;  // the one that gets the attribute; kNone for none
   u16 flags;   // of an element that is opened by such a tag
   bool hasValue;
   bool byValue;  // some tags match other nodes too, by their value

@@ -287,8 +287,9 @@ inline bool is_named(const Tag& tag, std::string_view name) {
   return equal_bytes(tag.attribute(), name.data(), name.size());
 }
 
-// Gives the tag's attribute to the targets of `node` that ask for it.
+// Gives the tag's attribute, if it has one, to the targets of `node` that ask for it.
 inline bool store_attribute(Scan& scan, const Tag& tag, const Node& node) {
+  if (!tag.has_attribute()) return true;
   for (u32 number = node.attributeTargets; number != kNone;) {
     const Target& target = scan.plan.targets[number];
     if (is_named(tag, {target.attributeName, target.attributeNameLength}) &&

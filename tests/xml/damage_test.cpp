@@ -113,8 +113,8 @@ TEST(ShortMemory, Lists) {
     one.document += "<a k=\"v\"><b>1</b><c l=\"w\">2</c><d>3</d></a><e k=\"v\">4</e>";
   }
   one.document += "</cmd>";
-  for (const char* path :
-       {"cmd/a k", "cmd/a k/b", "cmd/a k/c l=\"w\"", "cmd/a k/c l", "cmd/e k=\"v\"", "cmd/a k/d"}) {
+  for (const char* path : {"cmd/a k", "cmd/a k/b", "cmd/a k/c l=\"w\"", "cmd/a k/c l",
+                           "cmd/e k=\"v\"", "cmd/a k/d", "cmd/e k=\"v\" k"}) {
     one.paths = {path, "cmd/none k=\"v\""};
     fail_scans(one, true);
   }
