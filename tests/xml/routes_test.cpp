@@ -558,6 +558,8 @@ TEST(Routes, AgreeOnRunsThatAreNotFresh) {
       [](ClXmlParserData& run) { run.targets[1].kind = 2; },
       [](ClXmlParserData& run) { run.targets[2].path = "cmd/a/"; },
       [](ClXmlParserData& run) { run.targets[2].pathLength = 0; },
+      // The attribute of a path that names none.
+      [](ClXmlParserData& run) { run.targets[2].pathLength = 5; },
       [](ClXmlParserData& run) {
         run.targets[2].attributeName = "k=";
         run.targets[2].attributeNameLength = 2;
@@ -584,7 +586,7 @@ TEST(Routes, AgreeOnRunsThatAreNotFresh) {
        {"cmd/a", "cmd/zirk:b", "cmd/a k"},
        0,
        in_document(" xmlns:p=\"http://www.example.com/ns/cmd/2008/07/common/\"",
-                   "<a k=\"v\">1</a><p:b>2</p:b><a/><q:b>3</q:b>")});
+                   "<a k=\"v\">1</a><p:b>2</p:b><a/><a>k=4</a><a><q:b>3</q:b></a>")});
   for (const auto alter : kAlter) {
     const auto run = [&](std::int32_t (*parse)(ClXmlParserData*)) {
       pxcl_test::Request<ClXmlParameter> request(texts);
