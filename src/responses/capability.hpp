@@ -159,6 +159,21 @@ struct TypeReply {
   i32 decode(std::string_view document, const ItemEntry& type, ClssMediaType& record) const;
 };
 
+// Reads the lists of a SizeReply or TypeReply by its keys' plan and, where they are wanted, the
+// elements of their entries: one scan.
+template <const auto& kKeys, typename Reply>
+i32 read_listed(std::string_view document, const xml::Plan& plan, bool withElements, Reply& reply) {
+  Answers<kKeys> answers;
+  const std::span all = answers.all();
+  Reader readers[std::size(kKeys)];
+  const std::span attended(readers);
+  if (withElements && !reply.attend(attended.template subspan<kCheckKeys>())) return kNoMemory;
+  i32 status = keyed::ask(document, plan, all, nullptr, withElements ? readers : nullptr);
+  if (status == kOk) status = check_reply(document, all.template first<kCheckKeys>());
+  if (status != kOk) return status;
+  return reply.read_list(document, all.template subspan<kCheckKeys>());
+}
+
 // --- One entry or all ----------------------------------------------------------------------------
 
 // An index of an entry as callers hand it in: kCountQuery asks for the number of entries.

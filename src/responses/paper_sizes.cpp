@@ -85,16 +85,8 @@ i32 decode_size(const ItemEntry& size, const ElementTexts& texts, ClssPaperSize&
   return kOk;
 }
 
-// Reads the list and, where they are wanted, the sizes' elements: one scan.
 i32 read_reply(std::string_view document, bool withElements, SizeReply& reply) {
-  Answers<kKeys> answers;
-  const std::span all = answers.all();
-  Reader readers[std::size(kKeys)];
-  const std::span attended(readers);
-  if (withElements && !reply.attend(attended.subspan<kCheckKeys>())) return kNoMemory;
-  i32 status = keyed::ask(document, kPlan.plan(), all, nullptr, withElements ? readers : nullptr);
-  if (status == kOk) status = check_reply(document, all.first<kCheckKeys>());
-  return status == kOk ? reply.read_list(document, all.subspan<kCheckKeys>()) : status;
+  return read_listed<kKeys>(document, kPlan.plan(), withElements, reply);
 }
 
 i32 parse_size(std::string_view document, i32& index, ClssPaperSize* record) {

@@ -586,7 +586,7 @@ TEST(Routes, AgreeOnRunsThatAreNotFresh) {
        {"cmd/a", "cmd/zirk:b", "cmd/a k"},
        0,
        in_document(" xmlns:p=\"http://www.example.com/ns/cmd/2008/07/common/\"",
-                   "<a k=\"v\">1</a><p:b>2</p:b><a/><a>k=4</a><a><q:b>3</q:b></a>") +
+                   "<a k=\"v\">1</a><p:b>2</p:b><a/><a>k=4</a><q:b>3</q:b>") +
            std::string(100, ' ')});
   for (const auto alter : kAlter) {
     const auto run = [&](std::int32_t (*parse)(ClXmlParserData*)) {
