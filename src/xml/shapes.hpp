@@ -13,10 +13,9 @@
 
 namespace pxcl::xml {
 
-// An open element without shape: nobody has looked for it yet, or what its children match depends on
-// more than their tags.
-inline constexpr u32 kUnsettled = kNone;
-inline constexpr u32 kNoShape = kNone - 1;
+// An open element without shape.
+inline constexpr u32 kUnsettled = kNone;    // nobody has looked for it yet
+inline constexpr u32 kNoShape = kNone - 1;  // its children's tags alone do not say what they match
 
 // A name, and how it is looked up.
 struct NameKey {
@@ -26,9 +25,10 @@ struct NameKey {
   u32 hash;
 };
 
-// What stood between a tag, or a leaf's end tag, and the next shape's text or value: end tags, then
-// start tags without attribute, then the beginning of the next tag.
 struct Shape;
+
+// What stood between a tag, or a leaf's text, and the next shape's text or value: end tags, then
+// start tags without attribute, then the beginning of the next tag.
 struct Stretch {
   static constexpr u32 kMostOpened = 2;
 

@@ -543,8 +543,12 @@ TEST(Routes, AgreeOnLongPrefixes) {
   one.document =
       in_document(" xmlns:commonprefix=\"http://www.example.com/ns/cmd/2008/07/common/\"",
                   "<commonprefix:a commonprefix:k=\"v\">1</commonprefix:a>"
-                  "<commonpref:a>2</commonpref:a><commonprefixes:a>3</commonprefixes:a>");
-  one.paths = {"cmd/zirk:a", "cmd/zirk:a zirk:k=\"v\"", "cmd/commonprefixes:a"};
+                  "<commonpref:a>2</commonpref:a><commonprefixes:a>3</"
+                  "commonprefixes:a><seventy:a>4</seventy:a>"
+                  "<b>5</b>") +
+      std::string(100, ' ');
+  one.paths = {"cmd/zirk:a", "cmd/zirk:a zirk:k=\"v\"", "cmd/commonprefixes:a", "cmd/seventy:a",
+               "cmd/b"};
   EXPECT_EQ(pxcl_test::compare_routes(one), "");
 }
 
