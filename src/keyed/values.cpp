@@ -174,6 +174,39 @@ DicMatch find_word(std::span<const ClssDicRow> dictionary, std::string_view word
   return match.index != kUnknownIndex ? match : find_value(dictionary, text, match);
 }
 
+// A value of few digits, which fits in any case; `length` is 0 for any other value.
+struct PlainNumber {
+  u32 number;
+  u32 length;
+};
+
+inline PlainNumber read_plain_number(std::string_view text) {
+  constexpr std::size_t kSafeDigits = 9;
+  const char* const begin = text.data();
+  const char* const last = begin + std::min(text.size(), kSafeDigits);
+  u32 number = 0;
+  const char* at = begin;
+  for (; at != last && is_digit(*at); ++at) number = number * 10 + static_cast<u32>(*at - '0');
+  const bool isValue = at == begin + text.size() || *at == ',';
+  return {number, isValue ? static_cast<u32>(at - begin) : 0};
+}
+
+u32 read_any_number(std::string_view text) {
+  ValueBytes value(text);
+  char byte = value.next();
+  while (is_space(byte)) byte = value.next();
+  const bool negative = byte == '-';
+  if (negative || byte == '+') byte = value.next();
+  if (!is_digit(byte)) return kNotANumber;
+
+  const u64 limit = u64{std::numeric_limits<i32>::max()} + (negative ? 1 : 0);
+  u64 number = 0;
+  for (; is_digit(byte); byte = value.next()) {
+    number = std::min(number * 10 + static_cast<u64>(byte - '0'), limit);
+  }
+  return static_cast<u32>(negative ? 0 - number : number);
+}
+
 }  // namespace
 
 DicMatch look_up(std::span<const ClssDicRow> dictionary, std::string_view text, Keywords keywords) {
@@ -190,25 +223,17 @@ u16 find_keyword(std::span<const ClssDicRow> dictionary, std::string_view word) 
 }
 
 u32 read_number(std::string_view text) {
-  constexpr std::size_t kSafeDigits = 9;  // so few fit in any case
-  if (text.size() <= kSafeDigits && std::all_of(text.begin(), text.end(), is_digit)) {
-    u32 number = 0;
-    for (const char byte : text) number = number * 10 + static_cast<u32>(byte - '0');
-    return number;
-  }
-  ValueBytes value(text);
-  char byte = value.next();
-  while (is_space(byte)) byte = value.next();
-  const bool negative = byte == '-';
-  if (negative || byte == '+') byte = value.next();
-  if (!is_digit(byte)) return kNotANumber;
+  const PlainNumber plain = read_plain_number(text);
+  return plain.length != 0 ? plain.number : read_any_number(text);
+}
 
-  const u64 limit = u64{std::numeric_limits<i32>::max()} + (negative ? 1 : 0);
-  u64 number = 0;
-  for (; is_digit(byte); byte = value.next()) {
-    number = std::min(number * 10 + static_cast<u64>(byte - '0'), limit);
-  }
-  return static_cast<u32>(negative ? 0 - number : number);
+u32 take_number(std::string_view& list) {
+  const PlainNumber plain = read_plain_number(list);
+  const std::size_t length =
+      plain.length != 0 ? plain.length : std::min(list.find(','), list.size());
+  const u32 number = plain.length != 0 ? plain.number : read_any_number(slice(list, 0, length));
+  list = length < list.size() ? from(list, length + 1) : std::string_view();
+  return number;
 }
 
 u64 value_length(std::string_view text) {

@@ -36,6 +36,9 @@ u16 find_keyword(std::span<const ClssDicRow> dictionary, std::string_view word);
 
 // The value of a text that is not empty as a decimal number within 32 signed bits.
 u32 read_number(std::string_view text);
+// The first value of a list that does not begin with a comma. Moves the list on behind it and its
+// comma.
+u32 take_number(std::string_view& list);
 
 // Bytes of the value.
 u64 value_length(std::string_view text);

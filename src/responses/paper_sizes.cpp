@@ -58,12 +58,12 @@ struct Area {
 i32 read_area(std::string_view text, std::size_t wanted, Area& area) {
   if (text.empty()) area.count = wanted;
   while (!text.empty()) {
-    const std::size_t comma = text.find(',');
-    const std::string_view run = comma == text.npos ? text : slice(text, 0, comma);
-    text = comma == text.npos ? std::string_view() : from(text, comma + 1);
-    if (run.empty()) continue;
+    if (text.front() == ',') {
+      text.remove_prefix(1);
+      continue;
+    }
     if (area.count == wanted) return kTooManyValues;
-    area.numbers[area.count++] = keyed::read_number(run);
+    area.numbers[area.count++] = keyed::take_number(text);
   }
   return kOk;
 }
