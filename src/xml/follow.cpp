@@ -85,10 +85,16 @@ struct Follower {
   FollowingTag tag;
 };
 
+// The next "<" or ">" from `at` on that the loop may take; kNone without one.
+inline u32 find_mark(const char* text, const char* limit, u32 at) {
+  const char* mark = find_tag_mark(text + at, limit);
+  return mark == nullptr ? kNone : static_cast<u32>(mark - text);
+}
+
 // Reads the tag of this shape whose text or value begins at tag.value; false when it is not usual,
 // or not a leaf where the shape is one.
-inline bool read_following(const Cursor& cursor, const Shape& shape, FollowingTag& tag) {
-  const char* text = cursor.text;
+inline bool read_following(const char* text, const char* limit, const Shape& shape,
+                           FollowingTag& tag) {
   tag.valueLength = 0;
   tag.inside = tag.value;
   if (shape.hasValue) {
@@ -101,15 +107,15 @@ inline bool read_following(const Cursor& cursor, const Shape& shape, FollowingTa
   if (!shape.key.isLeaf) return isBlank || text[tag.inside] == '<';
   if (isBlank) return false;
   const u32 marks = tag_lane(text + tag.inside);
-  tag.close = marks != 0 ? tag.inside + lowest(marks) : find_tag_mark(cursor, tag.inside + kLane);
+  tag.close = marks != 0 ? tag.inside + lowest(marks) : find_mark(text, limit, tag.inside + kLane);
   return tag.close != kNone && tag.close != tag.inside;
 }
 
 // A tag with an attribute.
-inline Tag as_tag(const Cursor& cursor, const Shape& shape, const FollowingTag& following) {
+inline Tag as_tag(const char* text, const Shape& shape, const FollowingTag& following) {
   Tag tag;
   tag.offset = following.value - shape.key.length;
-  tag.text = cursor.text + tag.offset;
+  tag.text = text + tag.offset;
   tag.nameLength = shape.key.nameLength;
   tag.valueBegin = shape.key.length;
   tag.valueEnd = tag.valueBegin + following.valueLength;
@@ -119,51 +125,52 @@ inline Tag as_tag(const Cursor& cursor, const Shape& shape, const FollowingTag& 
 
 // Gives a leaf's text to the targets of a node that it matches, and any tag's value to those that
 // want it as the key.
-inline bool serve(Scan& scan, const Cursor& cursor, const Shape& shape, FollowingTag tag,
-                  u32 number) {
+inline bool serve(Scan& scan, const char* text, const Shape& shape, FollowingTag tag, u32 number) {
   const Node& node = scan.plan.nodes[number];
-  if ((node.flags & kEachValue) != 0) note_plain_key(scan, node, as_tag(cursor, shape, tag));
+  if ((node.flags & kEachValue) != 0) note_plain_key(scan, node, as_tag(text, shape, tag));
   if (!shape.key.isLeaf || (node.flags & kElementTargets) == 0) return true;
   u32 close = tag.close;
-  while (is_space(cursor.text[close - 1])) --close;
+  while (is_space(text[close - 1])) --close;
   return on_leaf(scan, node, tag.inside, close - tag.inside);
 }
 
 // The same for the node of the shape, which may want the attribute too.
-inline bool serve_own(Scan& scan, const Cursor& cursor, const Shape& shape, FollowingTag tag) {
+inline bool serve_own(Scan& scan, const char* text, const Shape& shape, FollowingTag tag) {
   if (shape.target != kNone &&
       !record(scan, shape.target, tag.value - 1, tag.valueLength + 2, kFound)) {
     return false;
   }
-  return serve(scan, cursor, shape, tag, shape.node);
+  return serve(scan, text, shape, tag, shape.node);
 }
 
 // Appends the nodes that the tag below `parent` matches by its value.
-inline u32* append_by_value(Scan& scan, const Cursor& cursor, const Shape& shape,
+inline u32* append_by_value(Scan& scan, const char* text, const Shape& shape,
                             const FollowingTag& following, u32 parent, u32* out) {
-  return append_valued(scan, as_tag(cursor, shape, following), shape.name, parent, out);
+  const Tag tag = as_tag(text, shape, following);
+  const u32 valueHash = hash_readable(tag.value(), tag.valueLength());
+  return append_valued(scan, tag, shape.name, valueHash, parent, out);
 }
 
-[[gnu::noinline]] bool serve_nodes(Scan& scan, const Cursor& cursor, const Shape& shape,
+[[gnu::noinline]] bool serve_nodes(Scan& scan, const char* text, const Shape& shape,
                                    FollowingTag tag, u32 aliveTop) {
   if (shape.byValue) {
     u32* node = scan.alive.begin() + aliveTop;
-    u32* const end = append_by_value(scan, cursor, shape, tag, node[-1], node);
+    u32* const end = append_by_value(scan, text, shape, tag, node[-1], node);
     for (; node != end; ++node) {
-      if (!store_attribute(scan, as_tag(cursor, shape, tag), scan.plan.nodes[*node]) ||
-          !serve(scan, cursor, shape, tag, *node)) {
+      if (!store_attribute(scan, as_tag(text, shape, tag), scan.plan.nodes[*node]) ||
+          !serve(scan, text, shape, tag, *node)) {
         return false;
       }
     }
   }
-  return shape.node == kNone || serve_own(scan, cursor, shape, tag);
+  return shape.node == kNone || serve_own(scan, text, shape, tag);
 }
 
-inline bool serve_leaf(Scan& scan, const Cursor& cursor, const Shape& shape,
-                       const FollowingTag& tag, u32 aliveTop) {
+inline bool serve_leaf(Scan& scan, const char* text, const Shape& shape, const FollowingTag& tag,
+                       u32 aliveTop) {
   ++scan.serial;
   const bool mayMatch = shape.byValue || shape.node != kNone;
-  return !mayMatch || serve_nodes(scan, cursor, shape, tag, aliveTop);
+  return !mayMatch || serve_nodes(scan, text, shape, tag, aliveTop);
 }
 
 inline void open_followed(Scan& scan, Follower& follower, const Shape& shape, u32 offset) {
@@ -189,7 +196,8 @@ inline i32 stop_following(Scan& scan, Cursor& cursor, const Follower& follower, 
   scan.depth += static_cast<u32>(follower.top - cursor.top);
   scan.aliveTop = follower.aliveTop;
   cursor.top = follower.top;
-  return pass(scan, cursor, follower.at, taken);
+  cursor.at = cursor.text + follower.at;
+  return status_of(scan, cursor, taken);
 }
 
 // Goes back to the tag's "<": it is to be taken by itself.
@@ -206,10 +214,11 @@ inline i32 stop_behind_tag(Scan& scan, Cursor& cursor, Follower follower) {
   const u32 stretchBegin = follower.at;
   if (follower.isPending) {
     const char* name = cursor.text + follower.tag.value - key.length;
-    if (find_leaf_end(cursor, name, key.nameLength, follower.tag.inside) == 0) {
+    const char* inside = cursor.text + follower.tag.inside;
+    if (find_leaf_end(cursor.limit, name, key.nameLength, inside) == nullptr) {
       return stop_at_tag(scan, cursor, follower);
     }
-    taken = serve_leaf(scan, cursor, *follower.shape, follower.tag, follower.aliveTop);
+    taken = serve_leaf(scan, cursor.text, *follower.shape, follower.tag, follower.aliveTop);
     follower.at += key.nameLength + 3;  // the end tag: "</name>"
   }
   begin_stretch(scan, stretchBegin, follower.shape);
@@ -220,39 +229,39 @@ inline i32 stop_behind_tag(Scan& scan, Cursor& cursor, Follower follower) {
 enum class Stop : u8 { kNowhere, kBehindTag, kAtTag, kNoMemory };
 
 // Whether an element matches nodes by its value: what its children match depends on that.
-[[gnu::noinline]] bool matches_by_value(Scan& scan, const Cursor& cursor, const Shape& shape,
+[[gnu::noinline]] bool matches_by_value(Scan& scan, const char* text, const Shape& shape,
                                         FollowingTag tag, u32 aliveTop) {
   u32* const nodes = scan.alive.begin() + aliveTop;
-  return append_by_value(scan, cursor, shape, tag, nodes[-1], nodes) != nodes;
+  return append_by_value(scan, text, shape, tag, nodes[-1], nodes) != nodes;
 }
 
 // Takes what follows `follower.shape` as long as it is what followed such a one before.
-inline Stop follow_all(Scan& scan, const Cursor& cursor, Follower& follower) {
+inline Stop follow_all(Scan& scan, const char* text, const char* limit, Follower& follower) {
   Stop stop = Stop::kNowhere;
   for (;;) {
     const Stretch& stretch = follower.shape->follower;
     if (follower.at >= stretch.limit ||
-        !same_bytes(cursor.text + stretch.begin, cursor.text + follower.at, stretch.length)) {
+        !same_bytes(text + stretch.begin, text + follower.at, stretch.length)) {
       return stop;
     }
     stop = Stop::kBehindTag;
     if (follower.isPending &&
-        !serve_leaf(scan, cursor, *follower.shape, follower.tag, follower.aliveTop)) {
+        !serve_leaf(scan, text, *follower.shape, follower.tag, follower.aliveTop)) {
       return Stop::kNoMemory;
     }
     pass_stretch(scan, follower, stretch);
     follower.tag.value = follower.at + stretch.length;
     Shape& shape = *stretch.next;
     follower.shape = &shape;
-    if (!read_following(cursor, shape, follower.tag)) return Stop::kAtTag;
+    if (!read_following(text, limit, shape, follower.tag)) return Stop::kAtTag;
     follower.isPending = shape.key.isLeaf;
     follower.at = follower.tag.close;
     if (shape.key.isLeaf) continue;
-    if (shape.byValue && matches_by_value(scan, cursor, shape, follower.tag, follower.aliveTop)) {
+    if (shape.byValue && matches_by_value(scan, text, shape, follower.tag, follower.aliveTop)) {
       return Stop::kAtTag;
     }
     open_followed(scan, follower, shape, follower.tag.value - shape.key.length);
-    if (shape.node != kNone && !serve_own(scan, cursor, shape, follower.tag)) {
+    if (shape.node != kNone && !serve_own(scan, text, shape, follower.tag)) {
       return Stop::kNoMemory;
     }
   }
@@ -289,7 +298,7 @@ Learned learn(Scan& scan, OpenElement& parent, const Tag& tag, bool isLeaf, Matc
 
 i32 follow(Scan& scan, Cursor& cursor, Shape& first, u32 at) {
   Follower follower = {&first, cursor.top, at, scan.aliveTop, false, {}};
-  const Stop stop = follow_all(scan, cursor, follower);
+  const Stop stop = follow_all(scan, cursor.text, cursor.limit, follower);
   if (stop == Stop::kBehindTag) return stop_behind_tag(scan, cursor, follower);
   if (stop == Stop::kAtTag) return stop_at_tag(scan, cursor, follower);
   if (stop == Stop::kNoMemory) return stop_following(scan, cursor, follower, false);

@@ -9,10 +9,8 @@
 
 namespace pxcl::xml {
 
-// Whether the document is so large that it may repeat itself often enough.
 inline bool may_repeat(const Scan& scan) {
-  constexpr u32 kShortest = 1024;
-  return scan.document.size() >= kShortest;
+  return scan.document.size() >= kShortestRepeating;
 }
 
 // Begins a new stretch behind a shape.

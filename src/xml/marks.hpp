@@ -75,6 +75,13 @@ inline u32 low_lane(const char* bytes) {
   return lane_bits(_mm_cmpeq_epi8(_mm_min_epu8(lane, _mm_set1_epi8('/')), lane));
 }
 
+inline u32 name_end_lane(const char* bytes) {
+  const __m128i lane = load_lane(bytes);
+  const __m128i low = _mm_cmpeq_epi8(_mm_min_epu8(lane, _mm_set1_epi8('/')), lane);
+  const __m128i tag = lane_equal(_mm_or_si128(lane, _mm_set1_epi8('<' ^ '>')), '>');
+  return lane_bits(_mm_or_si128(low, tag));
+}
+
 inline u32 colon_lane(const char* bytes) {
   return lane_bits(lane_equal(load_lane(bytes), ':'));
 }
@@ -141,6 +148,12 @@ inline u32 low_lane(const char* bytes) {
   return lane_bits(vcleq_u8(load_lane(bytes), vdupq_n_u8('/')));
 }
 
+inline u32 name_end_lane(const char* bytes) {
+  const uint8x16_t lane = load_lane(bytes);
+  const uint8x16_t tag = lane_equal(vorrq_u8(lane, vdupq_n_u8('<' ^ '>')), '>');
+  return lane_bits(vorrq_u8(vcleq_u8(lane, vdupq_n_u8('/')), tag));
+}
+
 inline u32 colon_lane(const char* bytes) {
   return lane_bits(lane_equal(load_lane(bytes), ':'));
 }
@@ -198,6 +211,12 @@ inline NameMarks name_lane(const char* bytes) {
 
 inline u32 low_lane(const char* bytes) {
   return lane_bits([&](u32 i) { return static_cast<u8>(bytes[i]) <= '/'; });
+}
+
+inline u32 name_end_lane(const char* bytes) {
+  return lane_bits([&](u32 i) {
+    return static_cast<u8>(bytes[i]) <= '/' || bytes[i] == '<' || bytes[i] == '>';
+  });
 }
 
 inline u32 colon_lane(const char* bytes) {

@@ -100,31 +100,30 @@ i32 take_next(Scan& scan) {
 
 // --- The usual tags, taken by masks alone --------------------------------------------------------
 
-// A start tag by itself.
-inline i32 take_start_tag(Scan& scan, Cursor& cursor) {
-  Tag tag;
-  tag.text = cursor.text + cursor.at + 1;
-  tag.offset = cursor.at + 1;
-  const bool mayBeLong = u64{tag.offset} + kAttributeReach <= scan.document.size();
-  if (!read_tag(tag, mayBeLong)) return kUnusual;
-  const u32 close = find_leaf_end(cursor, tag.text, tag.nameLength, tag.end());
-  if (close == 0 && scan.depth == scan.open.capacity) return kUnusual;
-  u32* none = scan.alive.begin() + scan.aliveTop;
-  Matched matched = {none, none};
-  if (tag.has_attribute()) {
-    if ((cursor.top->flags & kAttributeChildren) != 0)
-      matched = look_up_attribute(scan, *cursor.top, tag);
-  } else {
-    if ((cursor.top->flags & kPlainChildren) != 0)
-      matched.end = look_up_plain(scan, *cursor.top, tag);
-  }
-  Learned learned = {kUnsettled, nullptr};
-  if (may_repeat(scan)) learned = learn(scan, *cursor.top, tag, close != 0, matched);
-  if (tag.has_attribute()) scan.metAttributes = true;
-  const i32 status = close != 0 ? pass_leaf(scan, cursor, tag, close, matched.end)
-                                : enter(scan, cursor, tag, matched.end, learned.element);
+// What is rare, from the cursor on. It gets a copy: the cursor itself stays in registers.
+template <typename Take>
+inline i32 take_apart(Scan& scan, Cursor& cursor, const Take& take) {
+  Cursor copy = {cursor.text, cursor.at, cursor.limit, cursor.top};
+  const i32 status = take(scan, copy);
+  cursor.at = copy.at;
+  cursor.top = copy.top;
+  return status;
+}
+
+// A start tag that was read, with the nodes that it matches; a leaf's text ends at `close`.
+[[gnu::always_inline]] inline i32 take_tag(Scan& scan, Cursor& cursor, const Tag& tag,
+                                           const char* close, const u32* end, u32 shape) {
+  return close != nullptr ? pass_leaf(scan, cursor, tag, close, end)
+                          : enter(scan, cursor, tag, end, shape);
+}
+
+// The same, and what is known to follow it.
+[[gnu::noinline]] i32 take_and_learn(Scan& scan, Cursor& cursor, const Tag& tag, const char* close,
+                                     Matched matched) {
+  const Learned learned = learn(scan, *cursor.top, tag, close != nullptr, matched);
+  const i32 status = take_tag(scan, cursor, tag, close, matched.end, learned.element);
   if (learned.leading == nullptr || status != kSuccess) return status;
-  const u32 stretchBegin = close != 0 ? close : cursor.at;
+  const u32 stretchBegin = offset_of(cursor, close != nullptr ? close : cursor.at);
   if (stretchBegin < learned.leading->follower.limit) {
     return follow(scan, cursor, *learned.leading, stretchBegin);
   }
@@ -132,18 +131,63 @@ inline i32 take_start_tag(Scan& scan, Cursor& cursor) {
   return kSuccess;
 }
 
+// A start tag with an attribute.
+[[gnu::noinline]] i32 take_attribute_tag(Scan& scan, Cursor& cursor, u32 nameLength) {
+  Tag tag;
+  tag.text = cursor.at + 1;
+  tag.offset = offset_of(cursor, tag.text);
+  if (u64{tag.offset} + kAttributeReach > scan.document.size()) return kUnusual;
+  if (!read_attribute_tag(tag, nameLength)) return kUnusual;
+  const char* close = find_leaf_end(cursor.limit, tag.text, tag.nameLength, tag.text + tag.length);
+  if (close == nullptr && scan.depth == scan.open.capacity) return kUnusual;
+  u32* none = scan.alive.begin() + scan.aliveTop;
+  Matched matched = {none, none};
+  if ((cursor.top->flags & kAttributeChildren) != 0)
+    matched = look_up_attribute(scan, *cursor.top, tag);
+  scan.metAttributes = true;
+  return may_repeat(scan) ? take_and_learn(scan, cursor, tag, close, matched)
+                          : take_tag(scan, cursor, tag, close, matched.end, kUnsettled);
+}
+
+// A start tag without attribute, whose name is `length` long.
+inline i32 take_plain_tag(Scan& scan, Cursor& cursor, u32 length) {
+  const char* name = cursor.at + 1;
+  const char* close = find_leaf_end(cursor.limit, name, length, name + length + 1);
+  if (close == nullptr && scan.depth == scan.open.capacity) return kUnusual;
+  u32* const nodes = scan.alive.begin() + scan.aliveTop;
+  u32* end = nodes;
+  if ((cursor.top->flags & kPlainChildren) != 0) {
+    end = look_up_plain(scan, *cursor.top, name, length);
+  }
+  const Tag tag = {name, offset_of(cursor, name), length, 0, 0, length + 1};
+  if (!may_repeat(scan)) return take_tag(scan, cursor, tag, close, end, kUnsettled);
+  return take_apart(scan, cursor, [&](Scan& in, Cursor& from) {
+    return take_and_learn(in, from, Tag(tag), close, {nodes, end});
+  });
+}
+
+inline i32 take_start_tag(Scan& scan, Cursor& cursor) {
+  const u32 length = find_name_end(cursor.at + 1);
+  if (length == kNone) return kUnusual;
+  if (cursor.at[1 + length] == '>') return take_plain_tag(scan, cursor, length);
+  return take_apart(scan, cursor, [length](Scan& in, Cursor& from) {
+    return take_attribute_tag(in, from, length);
+  });
+}
+
 // An end tag whose name is read by `Same`.
 template <bool (*Same)(const char*, const char*, u32)>
 inline i32 take_end_tag(Scan& scan, Cursor& cursor) {
   const OpenElement& top = *cursor.top;
-  const u32 end = cursor.at + 2 + top.length;
-  if (top.length > 2 * kLane || top.generation != scan.generation || cursor.text[end] != '>' ||
-      !Same(cursor.text + top.offset, cursor.text + cursor.at + 2, top.length)) {
+  const char* name = cursor.at + 2;
+  const char* end = name + top.length;
+  if (top.length > 2 * kLane || top.generation != scan.generation || *end != '>' ||
+      !Same(cursor.text + top.offset, name, top.length)) {
     return kUnusual;
   }
   if ((top.flags & kElementTargets) != 0) {
-    const i32 status = on_element_end(scan, cursor.at, kEmptyElement);
-    scan.position = end;
+    const i32 status = on_element_end(scan, offset_of(cursor, cursor.at), kEmptyElement);
+    scan.position = offset_of(cursor, end);
     if (status != kSuccess) return status;
   }
   close_in_stretch(scan, top);
@@ -164,47 +208,49 @@ inline i32 take_root_end(Scan& scan, const Cursor& cursor) {
   const OpenElement& root = *cursor.top;
   const std::string_view name = {cursor.text + root.offset, root.length};
   if (name != kRootName || (root.flags & kElementTargets) != 0) return kUnusual;
-  if (std::string_view(cursor.text + cursor.at, kEndTag.size()) != kEndTag) return kUnusual;
-  scan.position = cursor.at + static_cast<u32>(kEndTag.size()) - 1;
+  if (std::string_view(cursor.at, kEndTag.size()) != kEndTag) return kUnusual;
+  scan.position = offset_of(cursor, cursor.at) + static_cast<u32>(kEndTag.size()) - 1;
   return kRootClosed;
 }
 
 // Near the document's end, where no lane can be read: an end tag right behind the one before.
 [[gnu::noinline]] i32 take_last_tag(Scan& scan, Cursor& cursor) {
-  const u64 end = u64{cursor.at} + 2 + cursor.top->length;
-  const bool isEndTag = end < scan.document.size() && is_end_tag(cursor.text + cursor.at);
+  const u64 end = u64{offset_of(cursor, cursor.at)} + 2 + cursor.top->length;
+  const bool isEndTag = end < scan.document.size() && is_end_tag(cursor.at);
   if (!isEndTag) return kUnusual;
   return scan.depth == 1 ? take_root_end(scan, cursor) : take_end_tag<same_last_name>(scan, cursor);
 }
 
 // White space and text in front of the next tag.
 [[gnu::noinline]] i32 pass_text(Scan& scan, Cursor& cursor) {
-  while (cursor.at <= cursor.limit && is_space(cursor.text[cursor.at])) ++cursor.at;
-  const u32 mark = find_tag_mark(cursor, cursor.at);
-  if (mark == kNone || cursor.text[mark] != '<') return kUnusual;
-  if (mark != cursor.at) scan.lastShape = nullptr;
-  const i32 status = mark == cursor.at ? kSuccess : take_text(scan, cursor.at, mark);
+  while (cursor.at <= cursor.limit && is_space(*cursor.at)) ++cursor.at;
+  const char* mark = find_tag_mark(cursor.at, cursor.limit);
+  if (mark == nullptr || *mark != '<') return kUnusual;
+  if (mark == cursor.at) return kSuccess;
+  scan.lastShape = nullptr;
+  const i32 status = take_text(scan, offset_of(cursor, cursor.at), offset_of(cursor, mark));
   if (status == kSuccess) cursor.at = mark;
   return status;
 }
 
-// One tag, or the text in front of it; kUnusual: what follows cursor.at is for take_next.
+// One tag, or the text in front of it; kUnusual: what follows the cursor is for take_next.
 inline i32 take_usual(Scan& scan, Cursor& cursor) {
-  if (cursor.at > cursor.limit) return take_last_tag(scan, cursor);
-  if (cursor.text[cursor.at] != '<') return pass_text(scan, cursor);
-  const char kind = cursor.text[cursor.at + 1];
+  if (cursor.at > cursor.limit) return take_apart(scan, cursor, take_last_tag);
+  if (*cursor.at != '<') return take_apart(scan, cursor, pass_text);
+  const char kind = cursor.at[1];
   if (kind == '/') return take_end_tag<same_name>(scan, cursor);
   return is_letter(kind) ? take_start_tag(scan, cursor) : kUnusual;
 }
 
 // Takes usual tags as far as they go. Elements whose text stands in the path buffer are not for it.
-i32 take_usual_tags(Scan& scan) {
-  Cursor cursor = {scan.document.data(), &scan.open[scan.depth - 1], scan.at,
-                   static_cast<u32>(scan.document.size()) - kReach};
+[[gnu::noinline]] i32 take_usual_tags(Scan& scan) {
+  const char* text = scan.document.data();
+  Cursor cursor = {text, text + scan.at, text + scan.document.size() - kReach,
+                   &scan.open[scan.depth - 1]};
   i32 status = kSuccess;
   scan.lastShape = nullptr;
   while (status == kSuccess) status = take_usual(scan, cursor);
-  scan.at = cursor.at;
+  scan.at = offset_of(cursor, cursor.at);
   return status;
 }
 

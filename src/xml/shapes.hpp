@@ -13,6 +13,9 @@
 
 namespace pxcl::xml {
 
+// Smaller documents do not repeat themselves often enough for this.
+inline constexpr u32 kShortestRepeating = 4096;
+
 // An open element without shape.
 inline constexpr u32 kUnsettled = kNone;    // nobody has looked for it yet
 inline constexpr u32 kNoShape = kNone - 1;  // its children's tags alone do not say what they match

@@ -16,19 +16,25 @@ namespace pxcl::xml {
 
 inline constexpr i32 kUnusual = 1;  // not for the fast loop
 
+// The loop is as fast as it is since its cursor stays in registers: what it does for nearly every tag
+// is part of it, also where several call it, and what is rare is a function apart.
+
 // The fast loop reads up to two lanes from a tag's name on, and the byte behind them: this far from
-// the document's end it stops. A tag with an attribute is read by four lanes, its value by lanes of
-// its own.
+// the document's end it stops. The name and the value of an attribute are read by two lanes each.
 inline constexpr u32 kReach = 2 * kLane + 3;
-inline constexpr u32 kAttributeReach = 5 * kLane;
+inline constexpr u32 kAttributeReach = 7 * kLane;
 
 // Where the fast loop stands.
 struct Cursor {
   const char* text;
-  OpenElement* top;  // the innermost element
-  u32 at;            // behind the markup taken last
-  u32 limit;         // up to here the loop may read kReach bytes
+  const char* at;     // behind the markup taken last
+  const char* limit;  // up to here the loop may read kReach bytes
+  OpenElement* top;   // the innermost element
 };
+
+inline u32 offset_of(const Cursor& cursor, const char* at) {
+  return static_cast<u32>(at - cursor.text);
+}
 
 // The bits of the first `length` bytes, fewer than kBlock.
 inline constexpr u64 bits_below(u32 length) {
@@ -77,11 +83,11 @@ inline bool has_clean_edges(const char* value, u32 length) {
 // NUL bytes in a value are not either, nor are values that may be qualified names.
 inline bool is_clean_value(const char* value, u32 length) {
   if (!has_clean_edges(value, length)) return false;
-  u32 at = 0;
-  for (; at + kLane < length; at += kLane) {
-    if (value_lane(value + at) != 0) return false;
+  for (; length > kLane; length -= kLane) {
+    if (value_lane(value) != 0) return false;
+    value += kLane;
   }
-  return (value_lane(value + at) & bits_below(length - at)) == 0;
+  return (value_lane(value) & first_bits(length)) == 0;
 }
 
 // Reads `name attribute="value"`, which is `length` long; false for any other tag, and for an
@@ -104,31 +110,47 @@ inline bool read_attribute(Tag& tag, u32 length, u64 low) {
   return is_clean_value(tag.value(), tag.valueLength());
 }
 
-// The marks of a start tag from its name on, as many lanes as its end takes, four at most, two
-// unless it may be long.
-inline TagMarks read_marks(const char* name, bool mayBeLong) {
+// Where the first of the bytes of name_end_lane is among two lanes; kNone without one.
+inline u32 find_name_end(const char* text) {
+  const u32 first = name_end_lane(text);
+  if (first != 0) return lowest(first);
+  const u32 second = name_end_lane(text + kLane);
+  return second != 0 ? kLane + lowest(second) : kNone;
+}
+
+// The marks of a start tag from its name on, as many lanes as its end takes, four at most.
+inline TagMarks read_marks(const char* name) {
   TagMarks marks = tag_marks(name, 0);
-  if (marks.tag != 0) return marks;
-  marks |= tag_marks(name, 1);
-  if (marks.tag != 0 || !mayBeLong) return marks;
-  marks |= tag_marks(name, 2);
-  if (marks.tag != 0) return marks;
-  marks |= tag_marks(name, 3);
+  for (u32 lane = 1; lane < 4 && marks.tag == 0; ++lane) marks |= tag_marks(name, lane);
   return marks;
 }
 
-// Reads the tag with the name at tag.text; false for one that is not for the fast loop.
-inline bool read_tag(Tag& tag, bool mayBeLong) {
-  const TagMarks marks = read_marks(tag.text, mayBeLong);
+// Reads the tag with the name at tag.text and one attribute of any length; false for one that is not
+// for the fast loop.
+[[gnu::noinline]] inline bool read_long_tag(Tag& tag) {
+  const TagMarks marks = read_marks(tag.text);
   if (marks.tag == 0) return false;
   const u32 length = lowest(marks.tag);
   if (tag.text[length] != '>') return false;
   tag.length = length + 1;
-  tag.valueBegin = 0;
-  tag.nameLength = length;
   const u64 low = marks.low & bits_below(length);
-  if (low == 0) return length <= 2 * kLane;
-  return mayBeLong && read_attribute(tag, length, low);
+  return low != 0 && read_attribute(tag, length, low);
+}
+
+// The same for a name of this length. Most attributes have a short name and a short value.
+inline bool read_attribute_tag(Tag& tag, u32 nameLength) {
+  const char* attribute = tag.text + nameLength + 1;
+  if (attribute[-1] != ' ' || attribute[0] == 'x' || attribute[0] == '=') return false;
+  const u32 quote = find_name_end(attribute);
+  if (quote == kNone) return read_long_tag(tag);
+  if (attribute[quote] != '"' || quote < 2 || attribute[quote - 1] != '=') return false;
+  const u32 valueLength = plain_value_length(attribute + quote + 1);
+  if (valueLength == 0) return read_long_tag(tag);
+  tag.nameLength = nameLength;
+  tag.valueBegin = nameLength + quote + 2;
+  tag.valueEnd = tag.valueBegin + valueLength;
+  tag.length = tag.valueEnd + 2;
+  return true;
 }
 
 // --- Finding the nodes of a tag ---
@@ -196,17 +218,6 @@ inline void visit_bucket(const Scan& scan, u32 parent, u32 key, const Visit& vis
   }
 }
 
-// Appends the nodes below `parent` that a tag without attribute matches.
-inline u32* append_plain(const Scan& scan, const Tag& tag, const NameKey& name, u32 parent,
-                         u32* out) {
-  visit_bucket(scan, parent, element_key(parent, name.hash, kPlainKey),
-               [&](u32 number, const Node& node) {
-                 if ((node.flags & kImpossible) != 0 || !has_name(node, tag.text, name)) return;
-                 *out++ = number;
-               });
-  return out;
-}
-
 // The attribute's name as the document writes it: up to the first "=".
 inline std::string_view attribute_name(const Tag& tag) {
   const std::string_view text = {tag.attribute(), tag.attributeLength()};
@@ -248,12 +259,17 @@ inline void note_plain_key(Scan& scan, const Node& node, const Tag& tag) {
   return attributes_match(scan, node);
 }
 
+// Whether `length` bytes of a tag are those of a node's element, which is readable to there only.
+inline bool same_element(const char* tag, const char* element, u32 length) {
+  return length >= kLane ? same_bytes(tag, element, length) : equal_bytes(tag, element, length);
+}
+
 // Whether the tag is the node's element. `compared` bytes of it have to be the same where the node
 // spells it as the tag does: up to the attribute's value, or with it.
 inline bool is_element(Scan& scan, const Tag& tag, const NameKey& name, const Node& node,
                        u32 compared) {
   if (name.row != kNone || node.textLength != compared || (node.flags & kSimple) == 0 ||
-      !equal_text(tag.text, node.text, compared)) {
+      !same_element(tag.text, node.text, compared)) {
     return means_the_same(scan, tag, name, node);
   }
   return true;
@@ -270,9 +286,9 @@ inline u32* append_named(Scan& scan, const Tag& tag, const NameKey& name, u32 pa
                });
   return out;
 }
-inline u32* append_valued(Scan& scan, const Tag& tag, const NameKey& name, u32 parent, u32* out) {
-  const u32 key = valued_key(element_key(parent, name.hash, kValuedKey),
-                             hash_readable(tag.value(), tag.valueLength()));
+inline u32* append_valued(Scan& scan, const Tag& tag, const NameKey& name, u32 valueHash,
+                          u32 parent, u32* out) {
+  const u32 key = valued_key(element_key(parent, name.hash, kValuedKey), valueHash);
   visit_bucket(scan, parent, key, [&](u32 number, const Node& node) {
     if (is_element(scan, tag, name, node, tag.valueEnd + 1)) *out++ = number;
   });
@@ -303,7 +319,8 @@ inline bool store_attribute(Scan& scan, const Tag& tag, const Node& node) {
 
 // Opens an element whose nodes stand behind the last ones alive, up to `end`; false when memory is
 // short.
-inline bool open_usual(Scan& scan, OpenElement& opened, const Tag& tag, const u32* end, u32 shape) {
+[[gnu::always_inline]] inline bool open_usual(Scan& scan, OpenElement& opened, const Tag& tag,
+                                              const u32* end, u32 shape) {
   const u32* node = scan.alive.begin() + scan.aliveTop;
   opened = {tag.offset, tag.nameLength, scan.aliveTop, scan.generation, 0, shape};
   scan.aliveTop = static_cast<u32>(end - scan.alive.begin());
@@ -323,69 +340,70 @@ inline bool open_usual(Scan& scan, OpenElement& opened, const Tag& tag, const u3
   return true;
 }
 
-// A leaf is an element in which nothing but text is. Its text, [begin, close), goes to what asks for
+// A leaf is an element in which nothing but text is. Its text, up to `close`, goes to what asks for
 // it without the white space at its end.
-inline bool take_leaf(Scan& scan, const Tag& tag, u32 close, const u32* end) {
+[[gnu::always_inline]] inline bool take_leaf(Scan& scan, const Tag& tag, const char* close,
+                                             const u32* end) {
   const u32* node = scan.alive.begin() + scan.aliveTop;
   if (node == end) return true;
-  const u32 begin = tag.end();
-  while (is_space(scan.document[close - 1])) --close;
+  while (is_space(close[-1])) --close;
+  const u32 length = static_cast<u32>(close - tag.text) - tag.length;
   for (; node != end; ++node) {
     const Node& matched = scan.plan.nodes[*node];
     if ((matched.flags & kAttributeTargets) != 0 && !store_attribute(scan, tag, matched))
       return false;
-    if (!on_leaf(scan, matched, begin, close - begin)) return false;
+    if (!on_leaf(scan, matched, tag.end(), length)) return false;
   }
   return true;
 }
 
-// The next "<" or ">" from `at` on that the loop may take; kNone without one.
-inline u32 find_tag_mark(const Cursor& cursor, u32 at) {
-  for (; at + kLane <= cursor.limit; at += kLane) {
-    const u32 marks = tag_lane(cursor.text + at);
+// The next "<" or ">" from `at` on that the loop may take; null without one.
+inline const char* find_tag_mark(const char* at, const char* limit) {
+  for (; limit - at >= static_cast<std::ptrdiff_t>(kLane); at += kLane) {
+    const u32 marks = tag_lane(at);
     if (marks != 0) return at + lowest(marks);
   }
-  return kNone;
+  return nullptr;
 }
 
 inline bool is_end_tag(const char* tag) {
   return tag[0] == '<' && tag[1] == '/';
 }
 
-// Where the text of a leaf ends whose start tag, with this name, ends in front of `begin`; 0 for
+// Where the text of a leaf ends whose start tag, with this name, ends in front of `begin`; null for
 // every other element.
-inline u32 find_leaf_end(const Cursor& cursor, const char* name, u32 length, u32 begin) {
-  const char* text = cursor.text;
-  if (text[begin] == '<' || static_cast<u8>(text[begin]) <= ' ') return 0;
-  const u32 close = find_tag_mark(cursor, begin);
-  if (close == kNone || !is_end_tag(text + close) || text[close + 2 + length] != '>') return 0;
-  return same_name(name, text + close + 2, length) ? close : 0;
+inline const char* find_leaf_end(const char* limit, const char* name, u32 length,
+                                 const char* begin) {
+  if (*begin == '<' || static_cast<u8>(*begin) <= ' ') return nullptr;
+  const char* close = find_tag_mark(begin, limit);
+  if (close == nullptr || !is_end_tag(close) || close[2 + length] != '>') return nullptr;
+  return same_name(name, close + 2, length) ? close : nullptr;
 }
 
-// Moves on behind a tag; `taken`: memory was there.
-inline i32 pass(Scan& scan, Cursor& cursor, u32 end, bool taken) {
-  cursor.at = end;
+// `taken`: memory was there for all up to the cursor.
+inline i32 status_of(Scan& scan, const Cursor& cursor, bool taken) {
   if (taken) return kSuccess;
-  scan.position = end - 1;
+  scan.position = offset_of(cursor, cursor.at) - 1;
   return kNoMemory;
 }
 
 // Opens the element of the tag that the cursor has reached, with its nodes behind the last ones
 // alive, up to `end`.
-inline i32 enter(Scan& scan, Cursor& cursor, const Tag& tag, const u32* end, u32 shape) {
+[[gnu::always_inline]] inline i32 enter(Scan& scan, Cursor& cursor, const Tag& tag, const u32* end,
+                                        u32 shape) {
   ++scan.serial;
-  ++cursor.top;
-  const bool opened = open_usual(scan, *cursor.top, tag, end, shape);
-  const i32 status = pass(scan, cursor, tag.end(), opened);
-  return status == kSuccess && scan.standing != 0 ? kUnusual : status;
+  cursor.at = tag.text + tag.length;
+  const bool opened = open_usual(scan, *++cursor.top, tag, end, shape);
+  return opened && scan.standing != 0 ? kUnusual : status_of(scan, cursor, opened);
 }
 
 // The same for a leaf, whose text ends at `close`.
-inline i32 pass_leaf(Scan& scan, Cursor& cursor, const Tag& tag, u32 close, const u32* end) {
+[[gnu::always_inline]] inline i32 pass_leaf(Scan& scan, Cursor& cursor, const Tag& tag,
+                                            const char* close, const u32* end) {
   ++scan.serial;
   scan.metText = true;
-  const bool taken = take_leaf(scan, tag, close, end);
-  return pass(scan, cursor, close + tag.nameLength + 3, taken);  // the end tag: "</name>"
+  cursor.at = close + tag.nameLength + 3;  // the end tag: "</name>"
+  return status_of(scan, cursor, take_leaf(scan, tag, close, end));
 }
 
 // A tag's nodes, behind the last ones alive: those that it matches by its value come first.
@@ -394,31 +412,80 @@ struct Matched {
   u32* end;
 };
 
-inline Matched look_up_attribute(Scan& scan, const OpenElement& element, const Tag& tag) {
+[[gnu::noinline]] inline Matched look_up_attribute(Scan& scan, const OpenElement& element,
+                                                   const Tag& tag) {
   const NameKey name = read_name(scan, tag.text, tag.nameLength);
+  const u32 valueHash = hash_readable(tag.value(), tag.valueLength());
   const u32* parent = scan.alive.begin() + element.aliveBegin;
   const u32* parentsEnd = scan.alive.begin() + scan.aliveTop;
   u32* end = scan.alive.begin() + scan.aliveTop;
   u32* named = end;
   for (; parent != parentsEnd; ++parent) {
     const u32 children = scan.plan.nodes[*parent].flags;
-    if ((children & kValuedChildren) != 0) end = append_valued(scan, tag, name, *parent, end);
+    if ((children & kValuedChildren) != 0) {
+      end = append_valued(scan, tag, name, valueHash, *parent, end);
+    }
     named = end;
     if ((children & kNamedChildren) != 0) end = append_named(scan, tag, name, *parent, end);
   }
   return {named, end};
 }
 
-inline u32* look_up_plain(Scan& scan, const OpenElement& element, const Tag& tag) {
-  const NameKey name = read_name(scan, tag.text, tag.nameLength);
+// Appends the nodes below `parent` that a tag without attribute matches whose name, with this hash
+// of its local part, stands as it is.
+inline u32* append_plain(const Scan& scan, const char* name, u32 length, u32 hash, u32 parent,
+                         u32* out) {
+  visit_bucket(scan, parent, element_key(parent, hash, kPlainKey),
+               [&](u32 number, const Node& node) {
+                 if ((node.flags & kImpossible) == 0 && node.nameLength == length &&
+                     equal_bytes(node.text, name, length)) {
+                   *out++ = number;
+                 }
+               });
+  return out;
+}
+
+// Calls append(parent, end) for the nodes of `element` that have children without attribute.
+template <typename Append>
+inline u32* visit_parents(Scan& scan, const OpenElement& element, const Append& append) {
   const u32* parent = scan.alive.begin() + element.aliveBegin;
-  const u32* parentsEnd = scan.alive.begin() + scan.aliveTop;
   u32* end = scan.alive.begin() + scan.aliveTop;
+  const u32* const parentsEnd = end;
   for (; parent != parentsEnd; ++parent) {
-    if ((scan.plan.nodes[*parent].flags & kPlainChildren) == 0) continue;
-    end = append_plain(scan, tag, name, *parent, end);
+    if ((scan.plan.nodes[*parent].flags & kPlainChildren) != 0) end = append(*parent, end);
   }
   return end;
+}
+
+// look_up_plain() for a name whose prefix is another one than the last two.
+[[gnu::noinline]] inline u32* look_up_other(Scan& scan, const OpenElement& element,
+                                            const char* text, u32 length) {
+  const NameKey name = read_name(scan, text, length);
+  return visit_parents(scan, element, [&](u32 parent, u32* end) {
+    visit_bucket(scan, parent, element_key(parent, name.hash, kPlainKey),
+                 [&](u32 number, const Node& node) {
+                   if ((node.flags & kImpossible) == 0 && has_name(node, text, name))
+                     *end++ = number;
+                 });
+    return end;
+  });
+}
+
+// Puts the nodes that a tag without attribute matches behind those alive, and returns their end.
+inline u32* look_up_plain(Scan& scan, const OpenElement& element, const char* text, u32 length) {
+  const u64 word = load_bytes(text, 8);
+  u32 local = 0;
+  if ((word & scan.known[0].mask) == scan.known[0].word) {
+    local = scan.known[0].length;
+  } else if ((word & scan.known[1].mask) == scan.known[1].word) {
+    local = scan.known[1].length;
+  } else {
+    return look_up_other(scan, element, text, length);
+  }
+  const u32 hash = hash_readable(text + local, length - local);
+  return visit_parents(scan, element, [&](u32 parent, u32* end) {
+    return append_plain(scan, text, length, hash, parent, end);
+  });
 }
 
 }  // namespace pxcl::xml

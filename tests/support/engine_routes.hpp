@@ -18,6 +18,7 @@
 #include "answers.hpp"
 #include "clxml.h"
 #include "xml/scan.hpp"
+#include "xml/shapes.hpp"
 #include "xml/steps.hpp"
 
 namespace pxcl_test {
@@ -351,21 +352,28 @@ inline std::string check_replacement(const Texts& texts) {
 }
 
 // Empty when both routes agree, otherwise what differs.
-inline std::string compare_routes(const EngineCase& one) {
+inline std::string compare_on_document(const EngineCase& one) {
   const Texts texts(one);
   std::string found = compare_requests<ClXmlParameter>(texts, one.flags);
   if (found.empty()) found = compare_requests<ClXmlListParameter>(texts, one.flags);
-  if (found.empty() && one.nullPath == 0 && !one.document.empty()) found = compare_scan(one);
+  if (one.nullPath != 0 || one.document.empty()) return found;
+  if (found.empty()) found = compare_scan(one);
   for (const std::string& path : one.paths) {
-    if (found.empty() && one.nullPath == 0 && !one.document.empty())
-      found = compare_each(one, path);
+    if (found.empty()) found = compare_each(one, path);
   }
-  if (found.empty() && one.nullPath == 0) found = check_replacement(texts);
-  if (!found.empty()) return found;
-  // Once more, far from the end of the text: there the scan reads whole lanes.
-  EngineCase longer = one;
-  longer.document.append(80, ' ');
-  return compare_requests<ClXmlListParameter>(Texts(longer), one.flags);
+  return found;
+}
+
+// The same on the document itself, far from the end of the text, where the scan reads whole lanes, and with a
+// text so long that the scan looks for what repeats itself.
+inline std::string compare_routes(const EngineCase& one) {
+  std::string found;
+  for (const std::size_t blanks : {0U, 80U, pxcl::xml::kShortestRepeating}) {
+    EngineCase longer = one;
+    longer.document.append(blanks, ' ');
+    if (found.empty()) found = compare_on_document(longer);
+  }
+  return found.empty() && one.nullPath == 0 ? check_replacement(Texts(one)) : found;
 }
 
 // For the fuzz targets: both routes agree, or the process ends with the case on stderr.

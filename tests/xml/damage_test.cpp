@@ -109,7 +109,7 @@ TEST(ShortMemory, Scan) {
 TEST(ShortMemory, Lists) {
   EngineCase one;
   one.document = "<?xml ?><cmd>";
-  for (int i = 0; i < 40; ++i) {
+  for (int i = 0; i < 70; ++i) {
     one.document += "<a k=\"v\"><b>1</b><c l=\"w\">2</c><d>3</d></a><e k=\"v\">4</e>";
   }
   one.document += "</cmd>";
