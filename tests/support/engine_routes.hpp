@@ -364,8 +364,8 @@ inline std::string compare_on_document(const EngineCase& one) {
   return found;
 }
 
-// The same on the document itself, far from the end of the text, where the scan reads whole lanes, and with a
-// text so long that the scan looks for what repeats itself.
+// The same on the document itself, on one with blanks behind it, since far from the end of the text
+// the scan reads whole lanes, and on one so long that it looks for what repeats itself.
 inline std::string compare_routes(const EngineCase& one) {
   std::string found;
   for (const std::size_t blanks : {0U, 80U, pxcl::xml::kShortestRepeating}) {
