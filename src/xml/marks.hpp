@@ -29,17 +29,6 @@ struct NameMarks {
   u32 stop;
 };
 
-// What a start tag is read by: the bytes up to "/", and "<" and ">".
-struct TagMarks {
-  u64 low;
-  u64 tag;
-
-  void operator|=(const TagMarks& other) {
-    low |= other.low;
-    tag |= other.tag;
-  }
-};
-
 // tag_lane: "<" and ">". value_lane: what a usual value does not hold, double quotes, colons
 // and NUL bytes. end_lane: these, white space, control bytes, "<" and ">". separator_lane: what
 // ends a part of a requested element is among the bytes up to the double quotes, "/", colons and
@@ -68,11 +57,6 @@ inline NameMarks name_lane(const char* bytes) {
   const __m128i blank = _mm_cmpeq_epi8(_mm_min_epu8(lane, _mm_set1_epi8(' ')), lane);
   const __m128i quoteOrSlash = _mm_or_si128(lane_equal(lane, '"'), lane_equal(lane, '/'));
   return {lane_bits(lane_equal(lane, ':')), lane_bits(_mm_or_si128(blank, quoteOrSlash))};
-}
-
-inline u32 low_lane(const char* bytes) {
-  const __m128i lane = load_lane(bytes);
-  return lane_bits(_mm_cmpeq_epi8(_mm_min_epu8(lane, _mm_set1_epi8('/')), lane));
 }
 
 inline u32 name_end_lane(const char* bytes) {
@@ -144,10 +128,6 @@ inline NameMarks name_lane(const char* bytes) {
   return {lane_bits(lane_equal(lane, ':')), lane_bits(vorrq_u8(blank, quoteOrSlash))};
 }
 
-inline u32 low_lane(const char* bytes) {
-  return lane_bits(vcleq_u8(load_lane(bytes), vdupq_n_u8('/')));
-}
-
 inline u32 name_end_lane(const char* bytes) {
   const uint8x16_t lane = load_lane(bytes);
   const uint8x16_t tag = lane_equal(vorrq_u8(lane, vdupq_n_u8('<' ^ '>')), '>');
@@ -209,10 +189,6 @@ inline NameMarks name_lane(const char* bytes) {
   return {lane_bits([&](u32 i) { return bytes[i] == ':'; }), lane_bits(stops)};
 }
 
-inline u32 low_lane(const char* bytes) {
-  return lane_bits([&](u32 i) { return static_cast<u8>(bytes[i]) <= '/'; });
-}
-
 inline u32 name_end_lane(const char* bytes) {
   return lane_bits([&](u32 i) {
     return static_cast<u8>(bytes[i]) <= '/' || bytes[i] == '<' || bytes[i] == '>';
@@ -262,6 +238,11 @@ inline bool same_bytes(const char* a, const char* b, u32 length) {
   return same_two_lanes(a, b, kLane) && same_two_lanes(a + last - kLane, b + last - kLane, kLane);
 }
 
+// Whether a double quote and the tag's end stand here.
+inline bool is_value_end(const char* bytes) {
+  return std::memcmp(bytes, "\">", 2) == 0;
+}
+
 // The length of a usual value without white space that ends with a double quote and ">", 2 * kLane
 // bytes at most; 0 for others.
 inline u32 plain_value_length(const char* value) {
@@ -273,7 +254,7 @@ inline u32 plain_value_length(const char* value) {
     if (marks == 0) return 0;
   }
   at += static_cast<u32>(std::countr_zero(marks));
-  return std::memcmp(value + at, "\">", 2) == 0 ? at : 0;
+  return is_value_end(value + at) ? at : 0;
 }
 
 // The first `count` bits of a lane's mask.
@@ -309,12 +290,6 @@ inline bool same_text(const char* text, std::string_view other) {
     if (same_lane(text + at, other.data() + at) != kAll) return false;
   }
   return same_lane(text + last, other.data() + last) == kAll;
-}
-
-// The marks of the lane with this number from `bytes` on, in its place.
-inline TagMarks tag_marks(const char* bytes, u32 number) {
-  const u32 at = number * kLane;
-  return {u64{low_lane(bytes + at)} << at, u64{tag_lane(bytes + at)} << at};
 }
 
 // The name marks of up to kLane bytes of `text` from `position` on.

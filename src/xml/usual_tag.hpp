@@ -20,9 +20,9 @@ inline constexpr i32 kUnusual = 1;  // not for the fast loop
 // is part of it, also where several call it, and what is rare is a function apart.
 
 // The fast loop reads up to two lanes from a tag's name on, and the byte behind them: this far from
-// the document's end it stops. The name and the value of an attribute are read by two lanes each.
+// the document's end it stops. The name of an attribute is read by two lanes, its value by four.
 inline constexpr u32 kReach = 2 * kLane + 3;
-inline constexpr u32 kAttributeReach = 7 * kLane;
+inline constexpr u32 kAttributeReach = 4 * kLane + kBlock + 4;
 
 // Where the fast loop stands.
 struct Cursor {
@@ -75,41 +75,6 @@ struct Tag {
   u32 shapeLength() const { return has_attribute() ? valueBegin : length; }
 };
 
-// White space at a value's edges is not for the fast loop.
-inline bool has_clean_edges(const char* value, u32 length) {
-  return static_cast<u8>(value[0]) > ' ' && static_cast<u8>(value[length - 1]) > ' ';
-}
-
-// NUL bytes in a value are not either, nor are values that may be qualified names.
-inline bool is_clean_value(const char* value, u32 length) {
-  if (!has_clean_edges(value, length)) return false;
-  for (; length > kLane; length -= kLane) {
-    if (value_lane(value) != 0) return false;
-    value += kLane;
-  }
-  return (value_lane(value) & first_bits(length)) == 0;
-}
-
-// Reads `name attribute="value"`, which is `length` long; false for any other tag, and for an
-// attribute that may declare a namespace or has no name. `low` marks the tag's bytes up to "/";
-// there is one.
-inline bool read_attribute(Tag& tag, u32 length, u64 low) {
-  const char* text = tag.text;
-  const u32 blank = lowest(low);
-  const u64 rest = low & (low - 1);
-  if (rest == 0 || blank > 2 * kLane) return false;
-  const u32 quote = lowest(rest);
-  if (quote + 2 >= length || quote < blank + 3 || text[blank] != ' ' || text[quote] != '"' ||
-      text[quote - 1] != '=' || text[length - 1] != '"' || text[blank + 1] == 'x' ||
-      text[blank + 1] == '=') {
-    return false;
-  }
-  tag.nameLength = blank;
-  tag.valueBegin = quote + 1;
-  tag.valueEnd = length - 1;
-  return is_clean_value(tag.value(), tag.valueLength());
-}
-
 // Where the first of the bytes of name_end_lane is among two lanes; kNone without one.
 inline u32 find_name_end(const char* text) {
   const u32 first = name_end_lane(text);
@@ -118,39 +83,37 @@ inline u32 find_name_end(const char* text) {
   return second != 0 ? kLane + lowest(second) : kNone;
 }
 
-// The marks of a start tag from its name on, as many lanes as its end takes, four at most.
-inline TagMarks read_marks(const char* name) {
-  TagMarks marks = tag_marks(name, 0);
-  for (u32 lane = 1; lane < 4 && marks.tag == 0; ++lane) marks |= tag_marks(name, lane);
-  return marks;
+// plain_value_length() for a value with white space inside, or a longer one, fewer than kBlock bytes.
+[[gnu::noinline]] inline u32 long_value_length(const char* value) {
+  for (u32 at = 0; at < kBlock; at += kLane) {
+    const u32 marks = value_lane(value + at) | tag_lane(value + at);
+    if (marks == 0) continue;
+    const u32 length = at + lowest(marks);
+    if (length == 0 || !is_value_end(value + length)) return 0;
+    const bool hasBlankEdge =
+        static_cast<u8>(value[0]) <= ' ' || static_cast<u8>(value[length - 1]) <= ' ';
+    return hasBlankEdge ? 0 : length;
+  }
+  return 0;
 }
 
-// Reads the tag with the name at tag.text and one attribute of any length; false for one that is not
-// for the fast loop.
-[[gnu::noinline]] inline bool read_long_tag(Tag& tag) {
-  const TagMarks marks = read_marks(tag.text);
-  if (marks.tag == 0) return false;
-  const u32 length = lowest(marks.tag);
-  if (tag.text[length] != '>') return false;
-  tag.length = length + 1;
-  const u64 low = marks.low & bits_below(length);
-  return low != 0 && read_attribute(tag, length, low);
-}
-
-// The same for a name of this length. Most attributes have a short name and a short value.
+// Reads the tag with the name at tag.text, which is `nameLength` long, and one attribute; false for
+// any other tag, and for an attribute that may declare a namespace or has no name.
 inline bool read_attribute_tag(Tag& tag, u32 nameLength) {
   const char* attribute = tag.text + nameLength + 1;
   if (attribute[-1] != ' ' || attribute[0] == 'x' || attribute[0] == '=') return false;
   const u32 quote = find_name_end(attribute);
-  if (quote == kNone) return read_long_tag(tag);
-  if (attribute[quote] != '"' || quote < 2 || attribute[quote - 1] != '=') return false;
-  const u32 valueLength = plain_value_length(attribute + quote + 1);
-  if (valueLength == 0) return read_long_tag(tag);
+  if (quote == kNone || quote < 2 || attribute[quote] != '"' || attribute[quote - 1] != '=') {
+    return false;
+  }
+  const char* value = attribute + quote + 1;
+  u32 valueLength = plain_value_length(value);
+  if (valueLength == 0) valueLength = long_value_length(value);
   tag.nameLength = nameLength;
   tag.valueBegin = nameLength + quote + 2;
   tag.valueEnd = tag.valueBegin + valueLength;
   tag.length = tag.valueEnd + 2;
-  return true;
+  return valueLength != 0;
 }
 
 // --- Finding the nodes of a tag ---

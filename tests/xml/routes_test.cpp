@@ -306,6 +306,9 @@ TEST(Routes, AgreeOnOddTags) {
       {"cmd/zi", "<zi>x</p:x>"},
       {"cmd/a k", "<a k\0=\"v\">x</a>"s},
       {"cmd/a k", "<a k\1=\"v\">x</a>"},
+      {"cmd/a k", "<a k=\"\">x</a><a k=\"" + std::string(64, 'v') + "\">y</a>"},
+      {"cmd/a k", "<a k=\"v w\">x</a><a k=\" v\">y</a><a k=\"v \">z</a><a k=\"v>w\">y</a>"},
+      {"cmd/a k=\"v w\"", "<a k=\"v w\">x</a><a k=\"v w\" l=\"\">y</a><a k=\"v w\" >z</a>"},
       {"cmd/a\1", "<a\1>x</a\1>"},
   };
   for (const auto& [path, inside] : kRows) {
