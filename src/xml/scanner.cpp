@@ -111,8 +111,8 @@ inline i32 take_apart(Scan& scan, Cursor& cursor, const Take& take) {
 }
 
 // A start tag that was read, with the nodes that it matches; a leaf's text ends at `close`.
-[[gnu::always_inline]] inline i32 take_tag(Scan& scan, Cursor& cursor, const Tag& tag,
-                                           const char* close, const u32* end, u32 shape) {
+PXCL_INLINED i32 take_tag(Scan& scan, Cursor& cursor, const Tag& tag, const char* close,
+                          const u32* end, u32 shape) {
   return close != nullptr ? pass_leaf(scan, cursor, tag, close, end)
                           : enter(scan, cursor, tag, end, shape);
 }

@@ -17,7 +17,13 @@ namespace pxcl::xml {
 inline constexpr i32 kUnusual = 1;  // not for the fast loop
 
 // The loop is as fast as it is since its cursor stays in registers: what it does for nearly every tag
-// is part of it, also where several call it, and what is rare is a function apart.
+// is part of it, also where several call it, and what is rare is a function apart. A debug build has
+// every function once.
+#if defined(__OPTIMIZE__)
+#define PXCL_INLINED [[gnu::always_inline]] inline
+#else
+#define PXCL_INLINED inline
+#endif
 
 // The fast loop reads up to two lanes from a tag's name on, and the byte behind them: this far from
 // the document's end it stops. The name of an attribute is read by two lanes, its value by four.
@@ -282,8 +288,8 @@ inline bool store_attribute(Scan& scan, const Tag& tag, const Node& node) {
 
 // Opens an element whose nodes stand behind the last ones alive, up to `end`; false when memory is
 // short.
-[[gnu::always_inline]] inline bool open_usual(Scan& scan, OpenElement& opened, const Tag& tag,
-                                              const u32* end, u32 shape) {
+PXCL_INLINED bool open_usual(Scan& scan, OpenElement& opened, const Tag& tag, const u32* end,
+                             u32 shape) {
   const u32* node = scan.alive.begin() + scan.aliveTop;
   opened = {tag.offset, tag.nameLength, scan.aliveTop, scan.generation, 0, shape};
   scan.aliveTop = static_cast<u32>(end - scan.alive.begin());
@@ -305,8 +311,7 @@ inline bool store_attribute(Scan& scan, const Tag& tag, const Node& node) {
 
 // A leaf is an element in which nothing but text is. Its text, up to `close`, goes to what asks for
 // it without the white space at its end.
-[[gnu::always_inline]] inline bool take_leaf(Scan& scan, const Tag& tag, const char* close,
-                                             const u32* end) {
+PXCL_INLINED bool take_leaf(Scan& scan, const Tag& tag, const char* close, const u32* end) {
   const u32* node = scan.alive.begin() + scan.aliveTop;
   if (node == end) return true;
   while (is_space(close[-1])) --close;
@@ -352,8 +357,7 @@ inline i32 status_of(Scan& scan, const Cursor& cursor, bool taken) {
 
 // Opens the element of the tag that the cursor has reached, with its nodes behind the last ones
 // alive, up to `end`.
-[[gnu::always_inline]] inline i32 enter(Scan& scan, Cursor& cursor, const Tag& tag, const u32* end,
-                                        u32 shape) {
+PXCL_INLINED i32 enter(Scan& scan, Cursor& cursor, const Tag& tag, const u32* end, u32 shape) {
   ++scan.serial;
   cursor.at = tag.text + tag.length;
   const bool opened = open_usual(scan, *++cursor.top, tag, end, shape);
@@ -361,8 +365,8 @@ inline i32 status_of(Scan& scan, const Cursor& cursor, bool taken) {
 }
 
 // The same for a leaf, whose text ends at `close`.
-[[gnu::always_inline]] inline i32 pass_leaf(Scan& scan, Cursor& cursor, const Tag& tag,
-                                            const char* close, const u32* end) {
+PXCL_INLINED i32 pass_leaf(Scan& scan, Cursor& cursor, const Tag& tag, const char* close,
+                           const u32* end) {
   ++scan.serial;
   scan.metText = true;
   cursor.at = close + tag.nameLength + 3;  // the end tag: "</name>"

@@ -105,18 +105,21 @@ TEST(ShortMemory, Scan) {
   fail_scans(make_large());
 }
 
-// Matches among elements that are alike, of each kind that the scan follows.
+// Matches among elements that are alike, few and so many that the scan follows them.
 TEST(ShortMemory, Lists) {
-  EngineCase one;
-  one.document = "<?xml ?><cmd>";
-  for (int i = 0; i < 70; ++i) {
-    one.document += "<a k=\"v\"><b>1</b><c l=\"w\">2</c><d>3</d></a><e k=\"v\">4</e>";
-  }
-  one.document += "</cmd>";
-  for (const char* path : {"cmd/a k", "cmd/a k/b", "cmd/a k/c l=\"w\"", "cmd/a k/c l",
-                           "cmd/e k=\"v\"", "cmd/a k/d", "cmd/e k=\"v\" k"}) {
-    one.paths = {path, "cmd/none k=\"v\""};
-    fail_scans(one, true);
+  for (const int rows : {40, 80}) {
+    EngineCase one;
+    one.document = "<?xml ?><cmd>";
+    for (int i = 0; i < rows; ++i) {
+      one.document += "<a k=\"v\"><b>1</b><c l=\"w\">2</c><d>3</d></a><e k=\"v\">4</e>";
+    }
+    one.document += "</cmd>";
+    EXPECT_EQ(one.document.size() >= pxcl::xml::kShortestRepeating, rows == 80);
+    for (const char* path : {"cmd/a k", "cmd/a k/b", "cmd/a k/c l=\"w\"", "cmd/a k/c l",
+                             "cmd/e k=\"v\"", "cmd/a k/d", "cmd/e k=\"v\" k"}) {
+      one.paths = {path, "cmd/none k=\"v\""};
+      fail_scans(one, true);
+    }
   }
 }
 
