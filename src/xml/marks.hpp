@@ -20,7 +20,7 @@
 namespace pxcl::xml {
 
 inline constexpr u32 kLane = 16;   // bytes that one lane mask covers
-inline constexpr u32 kBlock = 64;  // bytes that the masks of a tag or an element cover at most
+inline constexpr u32 kBlock = 64;  // bytes that the masks of a value or an element cover at most
 
 // Where a name's prefix ends, and the bytes at which a name ends or is irregular: up to the blank,
 // double quotes and "/".
@@ -29,8 +29,9 @@ struct NameMarks {
   u32 stop;
 };
 
-// tag_lane: "<" and ">". value_lane: what a usual value does not hold, double quotes, colons
-// and NUL bytes. end_lane: these, white space, control bytes, "<" and ">". separator_lane: what
+// tag_lane: "<" and ">". name_end_lane: these and the bytes up to "/", where the name of a usual tag
+// or attribute ends. value_lane: what a usual value does not hold, double quotes, colons and NUL
+// bytes. end_lane: those of value_lane, white space, control bytes, "<" and ">". separator_lane: what
 // ends a part of a requested element is among the bytes up to the double quotes, "/", colons and
 // "=". same_two_lanes: whether the lanes at two places, and those `second` bytes behind them, are
 // the same.
