@@ -7,7 +7,7 @@ namespace pxcl::xml {
 namespace {
 
 // What is read behind a stretch: a value, the tag's end and the beginning of a text.
-constexpr u32 kValueReach = 3 * kLane + 3;
+constexpr u32 kValueReach = 4 * kLane + 3;
 constexpr u32 kLongestStretch = 8 * kLane;
 
 // --- Learning ------------------------------------------------------------------------------------
@@ -91,24 +91,46 @@ inline u32 find_mark(const char* text, const char* limit, u32 at) {
   return mark == nullptr ? kNone : static_cast<u32>(mark - text);
 }
 
+// Where the value ends that begins at tag.value; false when it is not usual.
+inline bool read_value(const char* text, Shape& shape, FollowingTag& tag) {
+  const char* value = text + tag.value;
+  u64 marks = end_lane(value);
+  if (marks == 0) marks = u64{end_lane(value + kLane)} << kLane;
+  if (!shape.valueLength.ends_at(marks)) {
+    if (marks == 0) return false;
+    shape.valueLength.note(lowest(marks));
+  }
+  tag.valueLength = shape.valueLength.length;
+  tag.inside = tag.value + tag.valueLength + 2;
+  return tag.valueLength != 0 && is_value_end(value + tag.valueLength);
+}
+
+// Where the text ends that begins at tag.inside; false when it is not usual.
+inline bool read_text(const char* text, const char* limit, Shape& shape, FollowingTag& tag) {
+  const char* inside = text + tag.inside;
+  u64 marks = tag_lane(inside);
+  if (marks == 0) marks = u64{tag_lane(inside + kLane)} << kLane;
+  if (shape.textLength.ends_at(marks)) {
+    tag.close = tag.inside + shape.textLength.length;
+  } else if (marks != 0) {
+    tag.close = tag.inside + lowest(marks);
+    shape.textLength.note(lowest(marks));
+  } else {
+    tag.close = find_mark(text, limit, tag.inside + 2 * kLane);
+  }
+  return tag.close != kNone && tag.close != tag.inside;
+}
+
 // Reads the tag of this shape whose text or value begins at tag.value; false when it is not usual,
 // or not a leaf where the shape is one.
-inline bool read_following(const char* text, const char* limit, const Shape& shape,
-                           FollowingTag& tag) {
+inline bool read_following(const char* text, const char* limit, Shape& shape, FollowingTag& tag) {
   tag.valueLength = 0;
   tag.inside = tag.value;
-  if (shape.hasValue) {
-    tag.valueLength = plain_value_length(text + tag.value);
-    if (tag.valueLength == 0) return false;
-    tag.inside += tag.valueLength + 2;
-  }
+  if (shape.hasValue && !read_value(text, shape, tag)) return false;
   tag.close = tag.inside;
   const bool isBlank = static_cast<u8>(text[tag.inside]) <= ' ';
   if (!shape.key.isLeaf) return isBlank || text[tag.inside] == '<';
-  if (isBlank) return false;
-  const u32 marks = tag_lane(text + tag.inside);
-  tag.close = marks != 0 ? tag.inside + lowest(marks) : find_mark(text, limit, tag.inside + kLane);
-  return tag.close != kNone && tag.close != tag.inside;
+  return !isBlank && read_text(text, limit, shape, tag);
 }
 
 // A tag with an attribute.

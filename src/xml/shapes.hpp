@@ -54,6 +54,27 @@ struct ShapeKey {
   bool isLeaf;
 };
 
+// How long values or texts are, up to two lanes, when two of them running were of the same length.
+// Where the next one ends is then known before its bytes are: these are only held against it, and
+// the processor goes on meanwhile.
+struct UsualLength {
+  static constexpr u64 kNever = u64{1} << 63;
+
+  u32 length;
+  u64 mark;  // at the byte behind
+
+  void start() {
+    length = 0;
+    mark = kNever;
+  }
+  // Whether the first of the marks behind it is where it usually is.
+  bool ends_at(u64 marks) const { return (marks & -marks) == mark; }
+  void note(u32 found) {
+    mark = found == length ? u64{1} << found : kNever;
+    length = found;
+  }
+};
+
 struct Shape {
   ShapeKey key;
   u32 number;
@@ -63,6 +84,8 @@ struct Shape {
   bool hasValue;
   bool byValue;  // some tags match other nodes too, by their value
   NameKey name;  // where they do
+  UsualLength valueLength;
+  UsualLength textLength;
   Stretch follower;
 };
 
@@ -91,6 +114,8 @@ class Shapes {
     Shape& shape = shapes_[count_];
     shape.key = key;
     shape.number = base_ + count_++;
+    shape.valueLength.start();
+    shape.textLength.start();
     shape.follower.limit = 0;
     return shape;
   }

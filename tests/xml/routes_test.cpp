@@ -186,6 +186,7 @@ class Generator {
                                           "w",
                                           "x",
                                           "17",
+                                          "four",
                                           "value-of.more,than 16",
                                           "a value of many more bytes than thirty-two"};
     static const char* const kOdd[] = {
@@ -200,7 +201,7 @@ class Generator {
                                          "<b>v</b>",
                                          "<b k=\"v\"/>"};
     for (std::size_t at = text.find('*'); at != text.npos; at = text.find('*', at + 1)) {
-      const std::string value = chance(60) ? pick(kOdd) : pick(kValues);
+      const std::string value = chance(25) ? pick(kOdd) : pick(kValues);
       text.replace(at, 1, value);
       at += value.size();
     }
@@ -448,6 +449,9 @@ TEST(Routes, AgreeOnListsWithOneOddRow) {
       "<a k=\"x\"><b>y</b ></a>",
       "<a k=\"x\">t<b>y</b></a>",
       "<a k=\"x\">t</a>",
+      "<a k=\"x\"><b> y</b><c>z</c></a>",
+      "<a k=\"x\"><b></b><c>z</c></a>",
+      "<a k=\"\"><b>y</b><c>z</c></a>",
       "<a k=\"x\"><c>z</c><b>y</b></a>",
       "<a k=\"x\"><b>" + value + "</b></a>",
       "<a k=\"x\"><b>y</b><c>z</c></a><f><g><h><b>y</b></h></g></f>",
