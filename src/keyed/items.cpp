@@ -75,26 +75,28 @@ bool is_unknown(const ItemEntry& entry, const ItemSet& item) {
 
 // ---- Orders
 
-// The two readers order differently, and callers rely on both.
-i32 rank_without_code_first(const ItemEntry& entry) {
-  return entry.code;
+// By code, then by namespace and by value. The two readers place entries without code, which is
+// negative, differently, and callers rely on both.
+u64 with_rank(u16 rank, const ItemEntry& entry) {
+  return u64{rank} << 48 | u64{entry.nameSpace} << 32 | entry.value;
 }
-i32 rank_without_code_last(const ItemEntry& entry) {
-  return entry.code < 0 ? std::numeric_limits<i32>::max() : entry.code;
+u64 without_code_first(const ItemEntry& entry) {
+  return with_rank(static_cast<u16>(entry.code ^ std::numeric_limits<i16>::min()), entry);
+}
+u64 without_code_last(const ItemEntry& entry) {
+  return with_rank(static_cast<u16>(entry.code < 0 ? -1 : entry.code), entry);
 }
 
-// Entries that are in order already stay in the order of the text; that is so for all numbers.
-void order(std::span<ItemEntry> entries, i32 (*rank)(const ItemEntry&)) {
-  const auto goes_first = [rank](const ItemEntry& a, const ItemEntry& b) {
-    return rank(a) < rank(b);
+// Entries whose codes are in order already stay in the order of the text; that is so for all
+// numbers.
+template <u64 (*OrderOf)(const ItemEntry&)>
+void order(std::span<ItemEntry> entries) {
+  const auto goes_first = [](const ItemEntry& a, const ItemEntry& b) {
+    return OrderOf(a) >> 48 < OrderOf(b) >> 48;
   };
   if (std::is_sorted(entries.begin(), entries.end(), goes_first)) return;
-  const auto key = [rank](const ItemEntry& entry) {
-    return (static_cast<i64>(rank(entry)) << 16) + entry.nameSpace;
-  };
-  std::sort(entries.begin(), entries.end(), [key](const ItemEntry& a, const ItemEntry& b) {
-    return key(a) != key(b) ? key(a) < key(b) : a.value < b.value;
-  });
+  std::sort(entries.begin(), entries.end(),
+            [](const ItemEntry& a, const ItemEntry& b) { return OrderOf(a) < OrderOf(b); });
 }
 
 // ---- One item under all namespaces
@@ -330,7 +332,7 @@ i32 decode_list(const NameSpaceTexts& texts, ItemSet* item) {
       if (!is_unknown(entries[count], *item)) ++count;
     });
   }
-  order({entries.get(), count}, rank_without_code_first);
+  order<without_code_first>({entries.get(), count});
   item->entries = entries.release();
   item->entryCount = count;
   return kOk;
@@ -349,7 +351,7 @@ i32 decode_into(std::string_view text, const ItemSet& item, u16 nameSpace,
   for (ItemEntry& entry : entries.last(entries.size() - filled)) {
     entry = {filler, nameSpace, kNoItemCode};
   }
-  order(entries, rank_without_code_last);
+  order<without_code_last>(entries);
   return kOk;
 }
 
