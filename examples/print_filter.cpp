@@ -28,7 +28,7 @@ template <typename Build>
 void send(const char* name, Build build) {
   uint64_t length = 0;
   require(build(nullptr, 0, &length), name);
-  std::string command(length, '\0');
+  std::string command(static_cast<std::size_t>(length), '\0');
   require(build(command.data(), command.size(), &length), name);
   std::printf("%.*s\n", static_cast<int>(length), command.data());
 }

@@ -94,7 +94,7 @@ i32 read_tagged_value(const char* path, const char* tag, std::span<char> room) {
 i32 read_text(const char* path, const char* tag, Owned<char>& text) {
   const i32 measured = read_tagged_value(path, tag, {});
   if (measured < 1) return kRefused;
-  const u64 room = static_cast<u64>(measured);
+  const std::size_t room = static_cast<std::size_t>(measured);
   text = Owned<char>::allocate(room + 1);
   if (!text) return kRefused;
   // The file may have grown since it was measured.

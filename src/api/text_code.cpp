@@ -29,7 +29,7 @@ u32 to_digit(char letter) {
   return static_cast<u32>(static_cast<u8>(letter)) - 'a';
 }
 
-i32 refuse_cleared(u8* output, u64 size) {
+i32 refuse_cleared(u8* output, std::size_t size) {
   std::memset(output, 0, size);
   return kRefused;
 }
@@ -76,9 +76,9 @@ i32 PXCL_EncodeToString(const u8* data, u64 dataLength, char* output, u64 output
   if (output == nullptr || (data == nullptr && dataLength != 0)) return kRefused;
   if (dataLength > (kMostResult - kFrame) / 2) return kRefused;
   const u64 length = 2 * dataLength + kFrame;
-  if (length > outputSize) return kRefused;
+  if (length > outputSize || !fits_memory(outputSize)) return kRefused;
 
-  std::memset(output, 0, outputSize);
+  std::memset(output, 0, memory_size(outputSize));
   u32 sum = 0;
   for (u64 i = 0; i < dataLength; ++i) {
     const u32 masked = data[i] ^ kMask;
@@ -96,15 +96,16 @@ i32 PXCL_DecodeFromString(const char* text, u64 textLength, u8* output, u64 outp
     return kRefused;
   }
   if (output == nullptr && outputSize != 0) return kRefused;
-  if (outputSize != 0) std::memset(output, 0, outputSize);
+  if (!fits_memory(textLength) || !fits_memory(outputSize)) return kRefused;
+  if (outputSize != 0) std::memset(output, 0, memory_size(outputSize));
 
-  const std::string_view all(text, textLength);
+  const std::string_view all = as_view(text, textLength);
   const Pairs pairs = read_pairs(all, output, std::min(outputSize, kMostResult));
   if (pairs.end == Pairs::kBadLetter) return kRefused;
   const std::string_view rest = from(all, 2 * pairs.count);
   if (pairs.end != Pairs::kEnded || rest.size() < kFrame ||
       read_checksum(slice(rest, 1, kDigits)) != pairs.sum) {
-    return refuse_cleared(output, outputSize);
+    return refuse_cleared(output, memory_size(outputSize));
   }
   return static_cast<i32>(pairs.count);
 }

@@ -63,15 +63,15 @@ void store(std::string_view text, const Output& out) {
 
 // How much of the buffer is to be cleared. Callers rely on what large sizes clear: the size goes
 // through a signed 32-bit number, so 2^31 to 2^32 clear nothing.
-u64 cleared_size(const Output& out) {
+std::size_t cleared_size(const Output& out) {
   const i32 size = static_cast<i32>(out.size);
-  return size < 0 ? 0 : static_cast<u64>(size);
+  return size < 0 ? 0 : static_cast<std::size_t>(size);
 }
 
 // The buffer as if it were cleared before the document is written. A terminator follows also where
 // nothing is cleared.
-void fill_cleared(const Fillable& document, Values values, u64 length, const Output& out) {
-  const u64 cleared = cleared_size(out);
+void fill_cleared(const Fillable& document, Values values, std::size_t length, const Output& out) {
+  const std::size_t cleared = cleared_size(out);
   if (cleared > length) {
     std::memset(out.buffer + length, 0, cleared - length);
   } else {
@@ -110,7 +110,7 @@ i32 format_command(const Fillable& document, Values values, const Output& out) {
   if (need >= u64{std::numeric_limits<i32>::max()}) return CLSS_COMMAND_NOT_FORMATTED;
   if (const i32 status = offer(need, out); status != kWrite) return status;
   if (out.buffer == nullptr) return CLSS_COMMAND_BAD_ARGUMENT;
-  fill_cleared(document, values, length, out);
+  fill_cleared(document, values, memory_size(length), out);
   return CLSS_COMMAND_OK;
 }
 
@@ -123,7 +123,7 @@ i32 rewrite_command(const Fillable& document, Values values, const Output& out) 
   const bool refused = has_empty(values);
   if (refused || cleared_size(out) < document.text.size()) store(document.text, out);
   if (refused) return CLSS_COMMAND_NOT_FORMATTED;
-  fill_cleared(document, values, length, out);
+  fill_cleared(document, values, memory_size(length), out);
   return CLSS_COMMAND_OK;
 }
 

@@ -183,7 +183,7 @@ template <typename Record>
 u16 find_in_long_list(const Listing<Record>& listing, std::string_view reply, u16 wanted) {
   i32 count = 0;
   listing.list(reply.data(), reply.size(), nullptr, &count);  // counts none when it fails
-  const u64 room = static_cast<u64>(std::min(count, kMostRecords));
+  const auto room = static_cast<std::size_t>(std::min(count, kMostRecords));
   const auto records = Owned<Record>::allocate(room);
   if (!records) return keyed::kNameSpaceCount;
   return find_last(listing, list(listing, reply, {records.get(), room}), wanted);
@@ -322,7 +322,7 @@ i32 CLSS_MakeCommand_SetConfigurationNS(ClssConfigurationPaper paper, ClssConfig
   }
   const Settings settings = {paper, mode};
   if (capability == nullptr) return set_common(settings, jobID, out);
-  return set_as_listed(settings, jobID, {capability, capabilityLength}, out);
+  return set_as_listed(settings, jobID, as_view(capability, capabilityLength), out);
 }
 
 i32 PXCL_GetSetConfigurationCommand(const u16* settings, const char* jobID, u64 size,

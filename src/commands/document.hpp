@@ -124,7 +124,7 @@ constexpr Slot find_text(std::string_view text, std::string_view key) {
 // A whole command, or a piece of one.
 struct Document {
   const char* text;
-  u64 length;
+  std::size_t length;
 
   template <std::size_t Size>
   consteval Document(const char (&literal)[Size]) : text(literal), length(Size - 1) {

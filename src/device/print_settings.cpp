@@ -166,8 +166,8 @@ int32_t CLSS_AutoMakeOtherPrintSettings(int16_t preferBordered, const char* docu
   ClssMediaType media = {};
   ClssPaperSize size = {};
   media.version = size.version = kEntryVersion;
-  if (pxcl::responses::find_printable({document, length}, record->paperType, record->paperSize,
-                                      media, size) != kOk) {
+  if (pxcl::responses::find_printable(pxcl::as_view(document, length), record->paperType,
+                                      record->paperSize, media, size) != kOk) {
     return kBadArgument;
   }
   record->borderless = choose_borderless(media, size, record->borderless, preferBordered != 0);

@@ -14,7 +14,7 @@ i32 ask(std::string_view document, const xml::Plan& plan, std::span<xml::Answer>
   return xml::scan(document, plan, answers, stopPosition, readers) == kOk ? kOk : kBadArgument;
 }
 
-bool KeyList::allocate(u64 count) {
+bool KeyList::allocate(std::size_t count) {
   keys_ = Owned<xml::Key>::allocate(count);
   answers_ = Owned<xml::Answer>::allocate(count);
   if (!keys_ || !answers_) return false;

@@ -22,7 +22,7 @@ i32 ask(std::string_view document, const xml::Plan& plan, std::span<xml::Answer>
 class KeyList {
  public:
   // `count` keys without a path; false when memory is short. To be called once.
-  bool allocate(u64 count);
+  bool allocate(std::size_t count);
 
   KeyList() = default;
   KeyList(const KeyList&) = delete;
@@ -35,7 +35,7 @@ class KeyList {
  private:
   Owned<xml::Key> keys_;
   Owned<xml::Answer> answers_;
-  u64 count_ = 0;
+  std::size_t count_ = 0;
 };
 
 inline bool is_found(const xml::Answer& key) {

@@ -13,7 +13,7 @@
 namespace pxcl::keyed {
 namespace {
 
-constexpr u64 kMarkerLength = 2;
+constexpr std::size_t kMarkerLength = 2;
 
 char* append(char* out, std::string_view text) {
   if (!text.empty()) std::memcpy(out, text.data(), text.size());
@@ -25,11 +25,11 @@ std::string_view view_of(const char* argument) {
 }
 
 // Offset of the first marker from `begin` on; the text's size when there is none.
-u64 find_marker(std::string_view text, u64 begin) {
+std::size_t find_marker(std::string_view text, std::size_t begin) {
   while (begin < text.size()) {
     const void* percent = std::memchr(text.data() + begin, '%', text.size() - begin);
     if (percent == nullptr) break;
-    const u64 at = static_cast<u64>(static_cast<const char*>(percent) - text.data());
+    const auto at = static_cast<std::size_t>(static_cast<const char*>(percent) - text.data());
     if (at + 1 < text.size() && text[at + 1] == 's') return at;
     begin = at + 1;
   }
@@ -38,7 +38,7 @@ u64 find_marker(std::string_view text, u64 begin) {
 
 Arguments arguments_of(const char* const* arguments, i32 count) {
   if (arguments == nullptr || count < 1) return {};
-  return {arguments, static_cast<u64>(count)};
+  return {arguments, static_cast<std::size_t>(count)};
 }
 
 constexpr bool fits_i32(u64 bytes) {
@@ -53,11 +53,11 @@ u64 bound_of_filled(std::string_view text, Arguments arguments) {
   return bound;
 }
 
-bool fill_template(std::string_view text, Arguments arguments, char* out, u64* length) {
+bool fill_template(std::string_view text, Arguments arguments, char* out, std::size_t* length) {
   char* end = out;
-  u64 next = 0;
-  for (u64 begin = 0; begin < text.size();) {
-    const u64 marker = find_marker(text, begin);
+  std::size_t next = 0;
+  for (std::size_t begin = 0; begin < text.size();) {
+    const std::size_t marker = find_marker(text, begin);
     end = append(end, slice(text, begin, marker - begin));
     if (marker == text.size()) break;
     if (next == arguments.size()) return false;
@@ -65,7 +65,7 @@ bool fill_template(std::string_view text, Arguments arguments, char* out, u64* l
     begin = marker + kMarkerLength;
   }
   *end = '\0';
-  *length = static_cast<u64>(end - out);
+  *length = static_cast<std::size_t>(end - out);
   return true;
 }
 
@@ -91,7 +91,7 @@ i32 clss_Sprintf(char* buffer, i32 size, const char* const* arguments, i32 count
   if (static_cast<u64>(size) < bound) return kInvalid;
   const Owned<char> scratch = Owned<char>::allocate(bound);
   if (!scratch) return kNoMemory;
-  u64 length = 0;
+  std::size_t length = 0;
   if (!fill_template(text, views, scratch.get(), &length)) return kBadArgument;
   std::memcpy(buffer, scratch.get(), length + 1);
   return static_cast<i32>(length);

@@ -17,6 +17,6 @@ u64 bound_of_filled(std::string_view text, Arguments arguments);
 
 // Writes the filled template and a terminating zero to `out`, which has room for the bound. False
 // when there are more markers than arguments.
-bool fill_template(std::string_view text, Arguments arguments, char* out, u64* length);
+bool fill_template(std::string_view text, Arguments arguments, char* out, std::size_t* length);
 
 }  // namespace pxcl::keyed

@@ -29,9 +29,10 @@ class Runs {
   std::string_view next() {
     while (!rest_.empty()) {
       const void* comma = std::memchr(rest_.data(), ',', rest_.size());
-      const u64 size = comma == nullptr
-                           ? rest_.size()
-                           : static_cast<u64>(static_cast<const char*>(comma) - rest_.data());
+      const std::size_t size =
+          comma == nullptr
+              ? rest_.size()
+              : static_cast<std::size_t>(static_cast<const char*>(comma) - rest_.data());
       const std::string_view run = slice(rest_, 0, size);
       rest_ = from(rest_, std::min(size + 1, rest_.size()));
       if (!run.empty()) return run;
@@ -129,13 +130,14 @@ ItemArguments item_arguments(const ItemSet& item, u16 nameSpace) {
 
 // Those of all keys, or answers, that are one item's.
 template <typename T>
-std::span<T, kNameSpaceCount> of_item(std::span<T> all, u64 index) {
+std::span<T, kNameSpaceCount> of_item(std::span<T> all, std::size_t index) {
   return std::span<T, kNameSpaceCount>(all.data() + index * kNameSpaceCount, kNameSpaceCount);
 }
 
 // Sets the keys of all items up to the first whose keys cannot be formed; the number of those set.
-u64 set_keys_of_items(std::span<const ItemSet> items, std::span<xml::Key> keys, char* room) {
-  for (u64 i = 0; i < items.size(); ++i) {
+std::size_t set_keys_of_items(std::span<const ItemSet> items, std::span<xml::Key> keys,
+                              char* room) {
+  for (std::size_t i = 0; i < items.size(); ++i) {
     const u32 group = static_cast<u32>(i) + 1;
     if (!set_item_keys(items[i], of_item(keys, i), group, &room)) return i;
   }
@@ -183,9 +185,9 @@ i32 decode_by_attribute(std::string_view document, const xml::Answer& key, u16 n
 }
 
 // As set_keys_of_items, with one key an item.
-u64 set_keys_by_attribute(std::span<const ItemSet> items, std::span<xml::Key> keys,
-                          const char* attributeValue, u16 nameSpace, char* room) {
-  for (u64 i = 0; i < items.size(); ++i) {
+std::size_t set_keys_by_attribute(std::span<const ItemSet> items, std::span<xml::Key> keys,
+                                  const char* attributeValue, u16 nameSpace, char* room) {
+  for (std::size_t i = 0; i < items.size(); ++i) {
     const ByAttributeArguments arguments = {glb_NameSpacePrefix[nameSpace], items[i].itemName,
                                             attributeValue};
     keys[i].path = form_path_key(items[i].pathTemplate, arguments, &room);
@@ -212,12 +214,12 @@ i32 read_by_attribute(std::string_view document, std::span<ItemSet> items,
   const Owned<char> room = Owned<char>::allocate(bound);
   KeyList keys;
   if (!room || !keys.allocate(items.size())) return kNoMemory;
-  const u64 formed =
+  const std::size_t formed =
       set_keys_by_attribute(items, keys.keys(), attributeValue, nameSpace, room.get());
   if (formed != 0 && ask(document, keys.keys().first(formed), keys.answers()) != kOk) {
     return kBadArgument;
   }
-  for (u64 i = 0; i < formed; ++i) {
+  for (std::size_t i = 0; i < formed; ++i) {
     const i32 status = decode_by_attribute(document, keys.answers()[i], nameSpace, mode, &items[i]);
     if (status != kOk) return status;
   }
@@ -225,7 +227,7 @@ i32 read_by_attribute(std::string_view document, std::span<ItemSet> items,
 }
 
 // Reads items, after `checkKeys` keys that check the reply; 0 for none.
-i32 read_checked(std::string_view document, u16 operation, u64 checkKeys,
+i32 read_checked(std::string_view document, u16 operation, std::size_t checkKeys,
                  std::span<ItemSet> items) {
   u64 bound = 1;  // never an empty block
   for (const ItemSet& item : items) bound += bound_of_item_keys(item);
@@ -234,8 +236,8 @@ i32 read_checked(std::string_view document, u16 operation, u64 checkKeys,
   if (!room || !keys.allocate(checkKeys + items.size() * kNameSpaceCount)) return kNoMemory;
   const std::span<xml::Key> all = keys.keys();
   if (checkKeys != 0) set_check_keys(all.first<kCheckKeys>(), 0);
-  const u64 formed = set_keys_of_items(items, all.subspan(checkKeys), room.get());
-  const u64 asked = checkKeys + formed * kNameSpaceCount;
+  const std::size_t formed = set_keys_of_items(items, all.subspan(checkKeys), room.get());
+  const std::size_t asked = checkKeys + formed * kNameSpaceCount;
   const std::span<xml::Answer> answers = keys.answers();
   if (asked != 0 && ask(document, all.first(asked), answers) != kOk) return kBadArgument;
 
@@ -243,7 +245,7 @@ i32 read_checked(std::string_view document, u16 operation, u64 checkKeys,
   if (checkKeys != 0) {
     status = check_operation_and_response(document, answers.first<kCheckKeys>(), operation);
   }
-  for (u64 i = 0; i < formed && status == kOk; ++i) {
+  for (std::size_t i = 0; i < formed && status == kOk; ++i) {
     status = decode_item(document, of_item(answers.subspan(checkKeys), i), &items[i]);
   }
   return status == kOk && formed != items.size() ? kInvalid : status;
@@ -259,7 +261,7 @@ bool is_operation(u16 operation) {
 
 std::span<ItemSet> items_of(ItemSet* items, i32 count) {
   if (items == nullptr || count < 1) return {};
-  return {items, static_cast<u64>(count)};
+  return {items, static_cast<std::size_t>(count)};
 }
 
 bool lists(const ItemSet& item, u32 wanted) {
@@ -289,7 +291,7 @@ u64 bound_of_path_key(const char* pathTemplate, Arguments arguments) {
 }
 
 std::string_view form_path_key(const char* pathTemplate, Arguments arguments, char** room) {
-  u64 length = 0;
+  std::size_t length = 0;
   if (bound_of_path_key(pathTemplate, arguments) == 0) return {};
   if (!fill_template(pathTemplate, arguments, *room, &length)) return {};
   return slice(std::exchange(*room, *room + length), 0, length);
@@ -340,7 +342,7 @@ i32 decode_list(const NameSpaceTexts& texts, ItemSet* item) {
 
 i32 decode_into(std::string_view text, const ItemSet& item, u16 nameSpace,
                 std::span<ItemEntry> entries) {
-  u64 filled = 0;
+  std::size_t filled = 0;
   Runs runs(text);
   // A run of blanks is a value here: an unknown keyword, or no number.
   for (std::string_view run = runs.next(); !run.empty(); run = runs.next()) {
@@ -394,16 +396,16 @@ using namespace pxcl::keyed;
 extern "C" {
 
 i32 CheckOpeAndRes(const char* document, u64 length, u16 operation) {
-  return read_item_sets({document, length}, operation, {});
+  return read_item_sets(as_view(document, length), operation, {});
 }
 
 i32 Get_ItemSet(const char* document, u64 length, ItemSet* item) {
   if (document == nullptr || length == 0 || item == nullptr) return kBadArgument;
-  return read_checked({document, length}, kIndexNotSet, 0, {item, 1});
+  return read_checked(as_view(document, length), kIndexNotSet, 0, {item, 1});
 }
 
 i32 Get_ItemSetList(const char* document, u64 length, u16 operation, ItemSet* items, i32 count) {
-  const i32 status = read_item_sets({document, length}, operation, items_of(items, count));
+  const i32 status = read_item_sets(as_view(document, length), operation, items_of(items, count));
   return status == kOk && items == nullptr && count > 0 ? kBadArgument : status;
 }
 
@@ -411,8 +413,8 @@ i32 Get_ItemSetByReq(const char* document, u64 length, ItemSet* items, u16 count
                      const char* attributeValue, u16 nameSpace, u32 mode) {
   if (count == 0) return kInvalid;
   if (items == nullptr) return kBadArgument;
-  return read_item_sets_by_attribute({document, length}, {items, count}, attributeValue, nameSpace,
-                                     mode);
+  return read_item_sets_by_attribute(as_view(document, length), {items, count}, attributeValue,
+                                     nameSpace, mode);
 }
 
 void ReleaseItemSetList(ItemSet* items, i32 count) {
@@ -424,7 +426,7 @@ i32 checkSuport(const char* document, u64 length, u16 operation, const ItemSet* 
   if (item->rowCount != 0 && item->rowCount <= wanted) return kBadArgument;
   ItemSet copy = *item;
   forget_answers({&copy, 1});
-  const i32 status = read_item_sets({document, length}, operation, {&copy, 1});
+  const i32 status = read_item_sets(as_view(document, length), operation, {&copy, 1});
   if (status != kOk) return status;
   const i32 answer = copy.entryCount == 0  ? kNotListed
                      : lists(copy, wanted) ? kSupported

@@ -40,11 +40,11 @@ void release_item_sets(std::span<ItemSet> items);
 
 // The five keys that tell whether a reply answers an operation with "OK", and what they answered:
 // kOk, kWrongOperation or kNotOk. All five are of group `group`.
-inline constexpr u64 kCheckKeys = 1 + kServiceCount;
+inline constexpr std::size_t kCheckKeys = 1 + kServiceCount;
 template <typename Key>
 constexpr void set_check_keys(std::span<Key, kCheckKeys> keys, u32 group) {
   keys[0].path = path::kOperation;
-  for (u64 i = 0; i < kServiceCount; ++i) keys[i + 1].path = path::kResponse[i];
+  for (std::size_t i = 0; i < kServiceCount; ++i) keys[i + 1].path = path::kResponse[i];
   for (Key& key : keys) key.group = group;
 }
 i32 check_operation_and_response(std::string_view document,

@@ -73,7 +73,7 @@ bool is_whole_value(std::string_view text) {
 
 // Copies a value of up to kShortWord bytes; an empty view without data when it is longer.
 std::string_view copy_short_word(std::string_view text, char (&word)[kShortWord]) {
-  u64 length = 0;
+  std::size_t length = 0;
   for (const char byte : text) {
     if (byte == ' ') continue;
     if (byte == ',' || byte == '\0') break;
@@ -108,8 +108,8 @@ bool is_same_long_word(const char* keyword, std::string_view text) {
 
 template <typename IsSame>
 inline DicMatch find_row(std::span<const ClssDicRow> dictionary, IsSame is_same) {
-  const u64 rows = std::min<u64>(dictionary.size(), kUnknownIndex);
-  for (u64 index = 0; index < rows; ++index) {
+  const std::size_t rows = std::min<std::size_t>(dictionary.size(), kUnknownIndex);
+  for (std::size_t index = 0; index < rows; ++index) {
     const ClssDicRow& row = dictionary[index];
     if (row.keyword != nullptr && is_same(row.keyword)) return {static_cast<u16>(index), row.code};
   }
@@ -131,8 +131,8 @@ inline bool is_same(const char* keyword, const char* word, u64 length) {
 
 inline DicMatch find_indexed(std::span<const ClssDicRow> dictionary, const WordIndex& index,
                              std::string_view word) {
-  for (u64 slot = hash_word(word);; ++slot) {
-    const u64 at = slot % WordIndex::kSlots;
+  for (std::size_t slot = hash_word(word);; ++slot) {
+    const std::size_t at = slot % WordIndex::kSlots;
     const u16 row = index.rows[at];
     if (row == WordIndex::kFree) return {};
     if (row < dictionary.size() && index.lengths[at] == word.size() &&
@@ -265,8 +265,8 @@ extern "C" {
 i32 GetVasloID(const ClssDicRow* dictionary, u32 rowCount, const char* text, u64 length, u16* index,
                u16* code) {
   if (dictionary == nullptr || rowCount == 0 || text == nullptr || length == 0) return kBadArgument;
-  if (index == nullptr || code == nullptr) return kBadArgument;
-  const DicMatch match = look_up(rows_of(dictionary, rowCount), {text, length});
+  if (index == nullptr || code == nullptr || !fits_memory(length)) return kBadArgument;
+  const DicMatch match = look_up(rows_of(dictionary, rowCount), as_view(text, length));
   *index = match.index;
   *code = match.code;
   return kOk;
@@ -274,19 +274,23 @@ i32 GetVasloID(const ClssDicRow* dictionary, u32 rowCount, const char* text, u64
 
 i32 GetValue(const char* text, u64 length, u32* value) {
   if (text == nullptr || length == 0 || value == nullptr) return kBadArgument;
-  *value = read_number({text, length});
+  if (!fits_memory(length)) return kBadArgument;
+  *value = read_number(as_view(text, length));
   return kOk;
 }
 
 i32 SetStringValue(const char* text, u64 length, char* destination, i32 size) {
   if (text == nullptr || length == 0 || destination == nullptr || size < 1) return kNotCopied;
-  return copy_value({text, length}, destination, static_cast<u64>(size)) ? kCopied : kNotCopied;
+  if (!fits_memory(length)) return kNotCopied;
+  const std::string_view all = as_view(text, length);
+  return copy_value(all, destination, static_cast<u64>(size)) ? kCopied : kNotCopied;
 }
 
 i32 CheckJobID(const char* expected, const char* text, u64 length) {
   if (text == nullptr || length == 0) return kBadArgument;
   char jobID[kJobIDLength + 1];
-  if (!copy_value({text, length}, jobID, sizeof jobID) || !is_job_id(jobID)) return kBadArgument;
+  const std::string_view all = as_view(text, length);
+  if (!copy_value(all, jobID, sizeof jobID) || !is_job_id(jobID)) return kBadArgument;
   if (expected == nullptr) return kOk;
   return std::strcmp(expected, jobID) == 0 ? kOk : kAnotherJobID;
 }
@@ -310,7 +314,7 @@ char* CopyValueText(const char* text, u64 length) {
   Owned<char> copy = Owned<char>::allocate(length + 1);
   if (!copy) return nullptr;
   char* end = copy.get();
-  for (const char byte : std::string_view(text, length)) {
+  for (const char byte : as_view(text, length)) {
     if (byte == ',') break;
     if (byte != ' ') *end++ = byte;
   }

@@ -17,15 +17,15 @@ namespace pxcl::keyed {
 // Row indices and the lengths of their keywords, each in the first free slot from its keyword's hash
 // on.
 struct WordIndex {
-  static constexpr u64 kSlots = 256;
+  static constexpr std::size_t kSlots = 256;
   static constexpr u8 kFree = 255;
-  static constexpr u64 kShortest = 4;  // bytes of a keyword
+  static constexpr std::size_t kShortest = 4;  // bytes of a keyword
   std::array<u8, kSlots> rows;
   std::array<u8, kSlots> lengths;
 };
 
 // Keywords of one dictionary differ in length or near their ends.
-constexpr u64 hash_word(std::string_view word) {
+constexpr std::size_t hash_word(std::string_view word) {
   return xml::hash_bytes(word.data(), static_cast<u32>(word.size())) >> 24;
 }
 
@@ -42,7 +42,7 @@ constexpr WordIndex index_words(const ClssDicRow (&table)[count]) {
     // Such a keyword is found in a text before it is known what the text's value is.
     if (word.size() < WordIndex::kShortest || word.find_first_of(" ,") != word.npos)
       a_keyword_has_to_be_a_long_value();
-    u64 slot = hash_word(word);
+    std::size_t slot = hash_word(word);
     while (index.rows[slot] != WordIndex::kFree) slot = (slot + 1) % WordIndex::kSlots;
     index.rows[slot] = static_cast<u8>(row);
     index.lengths[slot] = static_cast<u8>(word.size());

@@ -23,7 +23,7 @@ bool KeywordTexts::attend(const KeywordElements& elements, std::span<Reader> rea
   elementCount_ = elements.paths.size();
   rows_ = Owned<First>::allocate(readers.size() * rowCount);
   if (!rows_) return false;
-  for (u64 i = 0; i < readers.size(); ++i) {
+  for (std::size_t i = 0; i < readers.size(); ++i) {
     columns_[i] = {elements.dictionary, rows_.get() + i * rowCount};
     readers[i] = {take, &columns_[i]};
   }

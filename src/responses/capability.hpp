@@ -59,7 +59,7 @@ using ElementTexts = std::string_view[kMostElements];
 template <typename AnyKey>
 constexpr void ask_for_elements(std::span<const keyed::path::ItemPaths> paths,
                                 std::span<AnyKey> keys, u32 group) {
-  for (u64 i = 0; i < keys.size(); ++i) {
+  for (std::size_t i = 0; i < keys.size(); ++i) {
     keys[i].path = paths[i % paths.size()][i / paths.size()];
     keys[i].wanted = xml::Wanted::kEach;
     keys[i].group = group + static_cast<u32>(i);

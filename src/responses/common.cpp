@@ -146,7 +146,7 @@ int32_t CLSS_ParseResponseCommon(const char* document, uint64_t length, uint64_t
   clear_record(*record);
   *parsePosition = 0;
   if (document == nullptr) return kBadArgument;
-  return parse_head({document, length}, *parsePosition, *record);
+  return parse_head(as_view(document, length), *parsePosition, *record);
 }
 
 int32_t PXCL_GetInfoResponse(const char* document, int32_t length, uint16_t* operation, char* jobID,

@@ -38,7 +38,7 @@ using namespace pxcl::responses;
 int32_t CLSS_ParseJobIDListResponse(const char* document, uint64_t length, char (*slots)[9],
                                     int32_t* count) {
   if (length == 0 || document == nullptr || count == nullptr) return kBadArgument;
-  const std::string_view reply(document, length);
+  const std::string_view reply = as_view(document, length);
   Answers<kKeys> jobs;
   const i32 status = keyed::ask(reply, kPlan.plan(), jobs.all());
   if (status != kOk) return status;

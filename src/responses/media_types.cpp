@@ -224,15 +224,15 @@ int32_t CLSS_GetParsePossibleMediaNum(void) {
 int32_t CLSS_ParseCapabilityResponsePrint_MediaType(const char* document, uint64_t length,
                                                     int32_t* index, ClssMediaType* record) {
   if (document == nullptr || length == 0 || !is_index(index)) return kBadArgument;
-  return parse_type({document, length}, *index, record);
+  return parse_type(as_view(document, length), *index, record);
 }
 
 int32_t PXCL_ParseCapabilityResponsePrint_MediaTypes(const char* document, uint64_t length,
                                                      ClssMediaType* records, int32_t* count) {
   if (document == nullptr || length == 0 || count == nullptr) return kBadArgument;
   if (records == nullptr || *count < 1)
-    return count_entries({document, length}, parse_type, *count);
-  return parse_all_types({document, length}, records, *count);
+    return count_entries(as_view(document, length), parse_type, *count);
+  return parse_all_types(as_view(document, length), records, *count);
 }
 
 int32_t CLSS_ParseCapabilityResponsePrint_MediaMap(const char* document, uint64_t length,
@@ -242,5 +242,5 @@ int32_t CLSS_ParseCapabilityResponsePrint_MediaMap(const char* document, uint64_
     return kBadArgument;
   }
   if (record->version != kMapVersion) return kBadRecord;
-  return parse_map({document, length}, panelMediaIndex, *record);
+  return parse_map(as_view(document, length), panelMediaIndex, *record);
 }

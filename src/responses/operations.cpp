@@ -128,7 +128,7 @@ int32_t getOperation_ServiceType(const char* document, uint64_t length, uint16_t
   if (document == nullptr || length == 0 || operation == nullptr || serviceType == nullptr) {
     return kBadArgument;
   }
-  const std::string_view reply(document, length);
+  const std::string_view reply = as_view(document, length);
   Answers<kKeys> answers;
   const i32 status = keyed::ask(reply, kPlan.plan(), answers.all());
   return status == kOk ? read_operation(reply, answers.all(), *operation, *serviceType) : status;

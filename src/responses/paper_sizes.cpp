@@ -147,13 +147,13 @@ int32_t CLSS_GetParsePossibleSizeNum(void) {
 int32_t CLSS_ParseCapabilityResponsePrint_PaperSize(const char* document, uint64_t length,
                                                     int32_t* index, ClssPaperSize* record) {
   if (document == nullptr || length == 0 || !is_index(index)) return kBadArgument;
-  return parse_size({document, length}, *index, record);
+  return parse_size(as_view(document, length), *index, record);
 }
 
 int32_t PXCL_ParseCapabilityResponsePrint_PaperSizes(const char* document, uint64_t length,
                                                      ClssPaperSize* records, int32_t* count) {
   if (document == nullptr || length == 0 || count == nullptr) return kBadArgument;
   if (records == nullptr || *count < 1)
-    return count_entries({document, length}, parse_size, *count);
-  return parse_all_sizes({document, length}, records, *count);
+    return count_entries(as_view(document, length), parse_size, *count);
+  return parse_all_sizes(as_view(document, length), records, *count);
 }

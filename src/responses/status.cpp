@@ -103,6 +103,7 @@ i32 check_keys(std::span<const ClssKeyValue> keys) {
   if (keys.data() == nullptr || keys.size() < kCommonKeys) return kBadArgument;
   for (const ClssKeyValue& key : keys) {
     if (key.key == nullptr || key.keyLength == 0) return kBadKey;
+    if (!fits_memory(key.keyLength)) return kBadKey;
     if ((key.value == nullptr) != (key.valueLength == 0)) return kBadKey;
   }
   return kOk;
@@ -343,7 +344,7 @@ using namespace pxcl::responses;
 int32_t parseCommonStatusResponse(const char* document, uint64_t length, const ClssKeyValue* keys,
                                   uint32_t keyCount, ClssStatusCommon* record) {
   if (document == nullptr || length == 0 || record == nullptr) return kBadArgument;
-  const std::string_view reply(document, length);
+  const std::string_view reply = as_view(document, length);
   const i32 keyStatus = check_keys({keys, keyCount});
   constexpr std::size_t kAllKeys = kOperationKeys + kCommonKeys;
   Key asked[kAllKeys];
@@ -351,7 +352,7 @@ int32_t parseCommonStatusResponse(const char* document, uint64_t length, const C
   const std::span all(answers);
   ask_for_operation(std::span(asked).first<kOperationKeys>(), kOperationGroup);
   for (std::size_t i = 0; i < kCommonKeys && keyStatus == kOk; ++i) {
-    asked[kCommonAt + i].path = {keys[i].key, keys[i].keyLength};
+    asked[kCommonAt + i].path = as_view(keys[i].key, keys[i].keyLength);
     asked[kCommonAt + i].group = kCommonGroup;
   }
   const std::size_t count = keyStatus == kOk ? kAllKeys : kOperationKeys;
@@ -363,14 +364,14 @@ int32_t parseCommonStatusResponse(const char* document, uint64_t length, const C
 
 int32_t CLSS_ParseStatusResponsePrint(const char* document, uint64_t length, ClssStatus* record) {
   if (document == nullptr || length == 0 || record == nullptr) return kBadArgument;
-  return parse_print({document, length}, *record);
+  return parse_print(as_view(document, length), *record);
 }
 
 int32_t CLSS_ParseStatusResponsePrint2(const char* document, uint64_t length, const char* jobID,
                                        ClssStatus* record) {
   if (jobID == nullptr) return CLSS_ParseStatusResponsePrint(document, length, record);
   if (document == nullptr || length == 0 || record == nullptr) return kBadArgument;
-  return parse_print_job({document, length}, {jobID, std::strlen(jobID)}, *record);
+  return parse_print_job(as_view(document, length), {jobID, std::strlen(jobID)}, *record);
 }
 
 int32_t CLSS_ParseStatusResponseMaintenance(const char* document, uint64_t length,
@@ -378,7 +379,7 @@ int32_t CLSS_ParseStatusResponseMaintenance(const char* document, uint64_t lengt
   if (document == nullptr || length == 0 || jobID == nullptr || record == nullptr) {
     return kBadArgument;
   }
-  const std::string_view reply(document, length);
+  const std::string_view reply = as_view(document, length);
   Answers<kMaintenanceKeys> answers;
   const std::span keys = answers.all();
   const i32 status = keyed::ask(reply, kMaintenancePlan.plan(), keys);

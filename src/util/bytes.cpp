@@ -11,7 +11,9 @@
 
 namespace {
 
+using pxcl::fits_memory;
 using pxcl::i32;
+using pxcl::memory_size;
 using pxcl::u64;
 using pxcl::u8;
 
@@ -31,16 +33,16 @@ constexpr i32 resolve_byte_order(i32 code) {
 }
 
 bool wraps_around(const void* data, u64 length) {
-  return reinterpret_cast<std::uintptr_t>(data) + length < length;
+  return static_cast<std::uintptr_t>(reinterpret_cast<std::uintptr_t>(data) + length) < length;
 }
 
 bool is_searchable(const void* data, u64 length) {
-  return data != nullptr && length != 0 && !wraps_around(data, length);
+  return data != nullptr && memory_size(length) != 0 && !wraps_around(data, length);
 }
 
 bool is_searchable(const void* data, u64 length, const void* pattern, u64 patternLength) {
   return data != nullptr && pattern != nullptr && patternLength != 0 && patternLength <= length &&
-         !wraps_around(data, length - patternLength);
+         fits_memory(length) && !wraps_around(data, length - patternLength);
 }
 
 }  // namespace
@@ -68,7 +70,7 @@ void KWVSCopyData(const void* source, void* destination, int32_t length) {
 
 void KWVSCopyDataX(const void* source, void* destination, uint64_t length) {
   if (source == nullptr || destination == nullptr) return;
-  std::memmove(destination, source, length);
+  std::memmove(destination, source, memory_size(length));
 }
 
 void KWVSSetData(void* destination, uint8_t value, int32_t length) {
@@ -76,7 +78,7 @@ void KWVSSetData(void* destination, uint8_t value, int32_t length) {
 }
 
 void KWVSSetDataX(void* destination, uint8_t value, uint64_t length) {
-  if (destination != nullptr) std::memset(destination, value, length);
+  if (destination != nullptr) std::memset(destination, value, memory_size(length));
 }
 
 int32_t KWVSCompData(const void* first, const void* second, int32_t length) {
@@ -85,21 +87,22 @@ int32_t KWVSCompData(const void* first, const void* second, int32_t length) {
 
 int32_t KWVSCompDataX(const void* first, const void* second, uint64_t length) {
   if (first == nullptr || second == nullptr) return KWVS_BAD_ARGUMENT;
-  return std::memcmp(first, second, length) == 0 ? kEqual : kDifferent;
+  if (!fits_memory(length)) return kDifferent;
+  return std::memcmp(first, second, memory_size(length)) == 0 ? kEqual : kDifferent;
 }
 
 const void* KWVSForwardSearchByte(const void* data, uint64_t length, uint8_t value) {
-  return is_searchable(data, length) ? std::memchr(data, value, length) : nullptr;
+  return is_searchable(data, length) ? std::memchr(data, value, memory_size(length)) : nullptr;
 }
 
 const void* KWVSReverseSearchByte(const void* data, uint64_t length, uint8_t value) {
-  return is_searchable(data, length) ? memrchr(data, value, length) : nullptr;
+  return is_searchable(data, length) ? memrchr(data, value, memory_size(length)) : nullptr;
 }
 
 const void* KWVSForwardSearchData(const void* data, uint64_t length, const void* pattern,
                                   uint64_t patternLength) {
   if (!is_searchable(data, length, pattern, patternLength)) return nullptr;
-  return memmem(data, length, pattern, patternLength);
+  return memmem(data, memory_size(length), pattern, memory_size(patternLength));
 }
 
 const void* KWVSReverseSearchData(const void* data, uint64_t length, const void* pattern,
@@ -107,10 +110,12 @@ const void* KWVSReverseSearchData(const void* data, uint64_t length, const void*
   if (!is_searchable(data, length, pattern, patternLength)) return nullptr;
   const u8* const begin = static_cast<const u8*>(data);
   const u8 lead = *static_cast<const u8*>(pattern);
-  u64 starts = length - patternLength + 1;  // the places where the pattern could still begin
+  const std::size_t size = memory_size(patternLength);
+  std::size_t starts =
+      memory_size(length) - size + 1;  // places where the pattern could still begin
   while (const void* found = memrchr(begin, lead, starts)) {
-    if (std::memcmp(found, pattern, patternLength) == 0) return found;
-    starts = static_cast<u64>(static_cast<const u8*>(found) - begin);
+    if (std::memcmp(found, pattern, size) == 0) return found;
+    starts = static_cast<std::size_t>(static_cast<const u8*>(found) - begin);
   }
   return nullptr;
 }

@@ -90,6 +90,7 @@ int32_t KWVS4sToString(int32_t value, char* buffer, uint64_t size, uint32_t flag
   if (buffer == nullptr || size == 0 || baseField == 0 || baseField > KWVS_BASE_BINARY) {
     return KWVS_BAD_ARGUMENT;
   }
+  if (!pxcl::fits_memory(size)) return KWVS_BAD_ARGUMENT;
   const bool negative = baseField == KWVS_BASE_DECIMAL && value < 0;
   const bool terminated = (flags & KWVS_NO_TERMINATOR) == 0;
   const u32 bits = static_cast<u32>(value);
@@ -114,7 +115,7 @@ int32_t KWVS4sToString(int32_t value, char* buffer, uint64_t size, uint32_t flag
 int32_t KWVSStringTo4s(const char* text, uint64_t length, uint64_t* consumed, int32_t mode) {
   if (consumed != nullptr) *consumed = 0;
   if (text == nullptr) return KWVS_NO_NUMBER;
-  std::string_view rest(text, length);
+  std::string_view rest = pxcl::as_view(text, length);
   skip_spaces(rest);
   const bool negative = take_sign(rest);
   const u32 base = take_base(rest, mode);

@@ -22,7 +22,7 @@ constexpr pxcl::u64 kSmall = 1024;
 }  // namespace
 
 void* pxcl::new_unfilled(u64 size) {
-  return size == 0 ? nullptr : std::malloc(size);
+  return memory_size(size) == 0 ? nullptr : std::malloc(memory_size(size));
 }
 
 extern "C" {
@@ -61,9 +61,10 @@ void KWVSDisposePTR(void* block) {
 }
 
 void* KWVSNewPTRX(uint64_t size) {
-  if (size > kSmall) return std::calloc(1, size);
-  void* block = pxcl::new_unfilled(size);
-  return block == nullptr ? nullptr : std::memset(block, 0, size);
+  const std::size_t bytes = pxcl::memory_size(size);
+  if (bytes > kSmall) return std::calloc(1, bytes);
+  void* block = pxcl::new_unfilled(bytes);
+  return block == nullptr ? nullptr : std::memset(block, 0, bytes);
 }
 
 void KWVSDisposePTRX(void* block) {

@@ -20,12 +20,13 @@ inline bool has_document(const ClXmlParserData* data) {
 }
 
 inline std::string_view text_of(const ClXmlParserData& data) {
-  return {data.document->text, data.document->length};
+  return as_view(data.document->text, data.document->length);
 }
 
 // A run without a document has no bounds.
 inline bool is_inside(const ClXmlParserData& data, u64 offset, u64 length) {
   if (data.document == nullptr) return true;
+  if (!fits_memory(data.document->length)) return false;
   return offset <= data.document->length && length <= data.document->length - offset;
 }
 

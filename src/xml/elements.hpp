@@ -13,7 +13,7 @@ namespace pxcl::xml {
 
 // A member of a caller's record: null is empty, whatever its length says.
 inline std::string_view member(const char* text, u64 length) {
-  return text == nullptr ? std::string_view() : std::string_view(text, length);
+  return text == nullptr ? std::string_view() : as_view(text, length);
 }
 inline std::string_view name_of(const ClXmlElement& element) {
   return member(element.name, element.nameLength);

@@ -17,7 +17,8 @@ constexpr u32 kFewest = 8;  // records that a list has room for
   if (larger < finding.capacity) return false;
   Owned<char> block = Owned<char>::allocate_unfilled(larger * recordSize);
   if (!block) return false;
-  if (finding.count != 0) std::memcpy(block.get(), finding.list, finding.count * recordSize);
+  if (finding.count != 0)
+    std::memcpy(block.get(), finding.list, static_cast<std::size_t>(finding.count * recordSize));
   KWVSDisposePTRX(finding.list);
   finding.list = block.release();
   finding.capacity = larger;

@@ -78,7 +78,8 @@ bool grow_buckets(Index& index) {
   if (!index.buckets.reserve(buckets)) return false;
   index.buckets.size = static_cast<u32>(buckets);
   index.bucketMask = static_cast<u32>(buckets - 1);
-  std::memset(index.buckets.begin(), 0xFF, buckets * sizeof(u32));  // kNone
+  std::memset(index.buckets.begin(), 0xFF,  // kNone
+              static_cast<std::size_t>(buckets * sizeof(u32)));
   for (u32 i = kRootNode + 1; i < index.nodes.size; ++i) {
     u32& bucket = index.buckets[bucket_of(index.nodes[i].key, index.bucketMask)];
     index.nodes[i].nextInBucket = bucket;
@@ -295,7 +296,8 @@ bool start_index(Index& index, u64 targetCount) {
   }
   index.buckets.size = static_cast<u32>(buckets);
   index.bucketMask = static_cast<u32>(buckets - 1);
-  std::memset(index.buckets.begin(), 0xFF, buckets * sizeof(u32));  // kNone
+  std::memset(index.buckets.begin(), 0xFF,  // kNone
+              static_cast<std::size_t>(buckets * sizeof(u32)));
   Node& root = index.nodes[kRootNode];
   root = {};
   root.parent = root.nextInBucket = kNone;
@@ -332,7 +334,7 @@ bool add_targets(Index& index, const PathRecords& records, Collect collect) {
     Target& target = new_target(index, collect, 0);
     if (path.text == nullptr) {
       note_no_path(index, target);
-    } else if (!add_path(index, {path.text, path.length}, {&target, i, false, false})) {
+    } else if (!add_path(index, as_view(path.text, path.length), {&target, i, false, false})) {
       return false;
     }
   }

@@ -271,7 +271,7 @@ struct LanePlace {
   char copy[kLane];
 
   LanePlace(std::string_view text, u64 position) : bytes(text.data() + position), dropped(0) {
-    const u64 rest = text.size() - position;
+    const std::size_t rest = text.size() - static_cast<std::size_t>(position);
     if (text.size() >= kLane) {
       dropped = static_cast<u32>(kLane - rest);
       bytes -= dropped;
@@ -327,7 +327,7 @@ inline constexpr u32 kMostRead = kBlock - 1;  // bytes of an element that are re
 // The separators among up to kMostRead bytes of `path` from `begin` on, which is not its end, and
 // where these bytes end.
 inline u64 element_marks(std::string_view path, u32 begin) {
-  const u64 rest = path.size() - begin;
+  const std::size_t rest = path.size() - begin;
   const char* end = path.data() + path.size();
   if (rest >= kBlock) return separator_lanes<4>(path.data() + begin) | u64{1} << kMostRead;
   if (rest <= 2 * kLane && path.size() >= 2 * kLane) {

@@ -26,7 +26,7 @@ const ClXmlNameSpaceEntry* find_declared(const ClXmlNameSpaceEntry* table,
   if (table == nullptr || prefix.empty()) return nullptr;
   for (const ClXmlNameSpaceEntry* row = table; row->uri != nullptr; ++row) {
     if (row->declaredPrefix == nullptr) continue;
-    const std::string_view declared(row->declaredPrefix, row->declaredPrefixLength);
+    const std::string_view declared = as_view(row->declaredPrefix, row->declaredPrefixLength);
     if (declared.starts_with(prefix)) return row;
   }
   return nullptr;
@@ -77,7 +77,8 @@ int32_t ClXmlPickupNamespace(ClXmlParserData* data, const char* prefix, uint64_t
       prefixLength == 0 || value == nullptr || valueLength < kTwoQuotes) {
     return kBadArgument;
   }
-  const std::string_view uri = inner_value({value, valueLength});
+  if (!fits_memory(prefixLength)) return kBadArgument;
+  const std::string_view uri = inner_value(as_view(value, valueLength));
   for (ClXmlNameSpaceEntry* row = data->nameSpaceTable; row->uri != nullptr; ++row) {
     if (!is_same_uri(uri, row->uri)) continue;
     if (row->declaredPrefix == nullptr || row->declaredPrefixLength == 0) {
@@ -92,7 +93,7 @@ int32_t ClXmlPickupNamespace(ClXmlParserData* data, const char* prefix, uint64_t
 int32_t ClXmlIsKnownNicknameNs(const ClXmlParserData* data, const char* prefix, uint64_t length,
                                uint32_t* index) {
   if (data == nullptr || prefix == nullptr || index == nullptr) return 0;
-  const ClXmlNameSpaceEntry* row = find_declared(data->nameSpaceTable, {prefix, length});
+  const ClXmlNameSpaceEntry* row = find_declared(data->nameSpaceTable, as_view(prefix, length));
   if (row == nullptr) return 0;
   *index = static_cast<uint32_t>(row - data->nameSpaceTable);
   return 1;
@@ -100,7 +101,7 @@ int32_t ClXmlIsKnownNicknameNs(const ClXmlParserData* data, const char* prefix, 
 
 int32_t ClXmlCompare_Uri(const char* a, uint64_t aLength, const char* b, uint64_t bLength) {
   if (a == nullptr || b == nullptr) return 0;
-  return is_same_uri({a, aLength}, {b, bLength}) ? 1 : 0;
+  return is_same_uri(as_view(a, aLength), as_view(b, bLength)) ? 1 : 0;
 }
 
 }  // extern "C"

@@ -113,7 +113,8 @@ extern "C" {
 int32_t ClXmlAddPath(ClXmlParserData* data, const char* separator, const char* name,
                      uint64_t length) {
   if (data == nullptr || name == nullptr || length == 0) return kBadArgument;
-  const std::string_view text(name, length);
+  if (!fits_memory(length)) return kBadArgument;
+  const std::string_view text = as_view(name, length);
   if (data->currentPath == nullptr) return start_path(*data, text);
   if (separator == nullptr) return kBadArgument;
   const ClXmlNameSpaceEntry* row = row_of(*data, text);
@@ -122,13 +123,14 @@ int32_t ClXmlAddPath(ClXmlParserData* data, const char* separator, const char* n
 }
 
 int32_t ClXmlRemovePath(ClXmlParserData* data, const char* name, uint64_t length) {
+  if (!fits_memory(length)) return kBadArgument;
   if (data == nullptr || data->currentPath == nullptr || name == nullptr || length == 0 ||
-      crosses_document_end(*data, {name, length})) {
+      crosses_document_end(*data, as_view(name, length))) {
     return kBadArgument;
   }
   const std::string_view path = current_path(*data);
   const std::string_view element = last_element(path);
-  const std::string_view tag(name, length);
+  const std::string_view tag = as_view(name, length);
   if (!closes(*data, element, tag)) return kMismatchedEndTag;
   if (element.size() == path.size()) return close_root(*data, tag);
   return set_path(*data, {slice(path, 0, path.size() - element.size() - 1)});
@@ -139,8 +141,8 @@ void ClXmlClearPath(char* path) {
 }
 
 int32_t ClXmlFirstElementLengthOfPath(const char* path, uint64_t length, uint64_t* out) {
-  if (path == nullptr || length == 0 || out == nullptr) return 0;
-  *out = first_element({path, length}).size();
+  if (path == nullptr || length == 0 || out == nullptr || !fits_memory(length)) return 0;
+  *out = first_element(as_view(path, length)).size();
   return 1;
 }
 

@@ -167,7 +167,9 @@ constexpr u32 child_flag(u32 key) {
 
 // memcmp for the lengths that names have, without a call: two overlapping words at each end.
 inline bool equal_bytes(const char* a, const char* b, u64 length) {
-  if (length < 4 || length > 32) return length == 0 || std::memcmp(a, b, length) == 0;
+  if (length < 4 || length > 32) {
+    return length == 0 || std::memcmp(a, b, static_cast<std::size_t>(length)) == 0;
+  }
   const auto differs = [&](u64 at, u32 width) {
     return load_bytes(a + at, width) ^ load_bytes(b + at, width);
   };

@@ -28,8 +28,8 @@ Declaration check_declaration(std::string_view document) {
   if (document.starts_with(kMark) && is_space(document[kMark.size()])) return {kSuccess, 0};
   const void* found = memmem(document.data(), document.size(), kMark.data(), kMark.size());
   if (found == nullptr) return {kNoDeclaration, 0};
-  const u64 at = static_cast<u64>(static_cast<const char*>(found) - document.data());
-  const u64 behind = at + kMark.size();
+  const auto at = static_cast<std::size_t>(static_cast<const char*>(found) - document.data());
+  const std::size_t behind = at + kMark.size();
   if (behind >= document.size() || !is_space(document[behind])) return {kNoDeclaration, 0};
   return {kMisplacedDeclaration, at};
 }
@@ -45,7 +45,8 @@ class Findings {
   bool reserve(u64 count) {
     if (!findings_.reserve(count)) return false;
     findings_.size = static_cast<u32>(count);
-    std::memset(static_cast<void*>(findings_.begin()), 0, count * sizeof(Finding));
+    std::memset(static_cast<void*>(findings_.begin()), 0,
+                static_cast<std::size_t>(count * sizeof(Finding)));
     return true;
   }
   Finding* begin() { return findings_.begin(); }
@@ -90,8 +91,9 @@ bool index_targets(Index& index, const ClXmlParserData& data) {
   if (!start_index(index, data.targetCount)) return false;
   for (u32 i = 0; i < data.targetCount; ++i) {
     const ClXmlTarget& target = data.targets[i];
-    const TargetKind kind = {target.kind == 1, {target.attributeName, target.attributeNameLength}};
-    if (!add_target(index, {target.path, target.pathLength}, Collect::kMatches, 0, &kind)) {
+    const TargetKind kind = {target.kind == 1,
+                             as_view(target.attributeName, target.attributeNameLength)};
+    if (!add_target(index, as_view(target.path, target.pathLength), Collect::kMatches, 0, &kind)) {
       return false;
     }
   }
@@ -107,7 +109,7 @@ i32 status_of(const Finding& finding, const Target& target, const ScanOutcome& o
 }
 
 i32 parse_fresh(ClXmlParserData& data) {
-  const std::string_view document = {data.document->text, data.document->length};
+  const std::string_view document = as_view(data.document->text, data.document->length);
   const Declaration declaration = check_declaration(document);
   if (declaration.status != kSuccess) {
     data.document->stopPosition = declaration.stopPosition;
@@ -195,7 +197,7 @@ ScanOutcome run_request(Findings& findings, ClXmlRequest& request, Collect colle
     return &plan;
   };
   const ScanOutcome outcome =
-      run({request.document, request.documentLength}, flags, results, make_plan);
+      run(as_view(request.document, request.documentLength), flags, results, make_plan);
   request.stopPosition = outcome.stopPosition;
   return outcome;
 }

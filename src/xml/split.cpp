@@ -58,13 +58,14 @@ using namespace pxcl::xml;
 extern "C" {
 
 int32_t ClXmlSplit_Element(const char* text, uint64_t length, ClXmlElement* element) {
-  if (text == nullptr || length == 0) return kUnclosedValue;
-  const std::string_view name = until_space({text, length});
+  if (text == nullptr || length == 0 || !fits_memory(length)) return kUnclosedValue;
+  const std::string_view all = as_view(text, length);
+  const std::string_view name = until_space(all);
   if (element != nullptr) {
     element->name = name.data();
     element->nameLength = name.size();
   }
-  AttributeSplitter splitter(from({text, length}, name.size()));
+  AttributeSplitter splitter(from(all, name.size()));
   SplitAttribute attribute;
   i32 count = 0;
   for (; splitter.next(attribute); ++count) {
@@ -80,7 +81,8 @@ int32_t ClXmlSplit_QName(const char* qname, uint64_t length, const char** prefix
   const bool wantsPrefix = prefix != nullptr && prefixLength != nullptr;
   const bool wantsLocal = local != nullptr && localLength != nullptr;
   if (qname == nullptr || length == 0 || (!wantsPrefix && !wantsLocal)) return 0;
-  const QualifiedName name = split_qualified({qname, length});
+  if (!fits_memory(length)) return 0;
+  const QualifiedName name = split_qualified(as_view(qname, length));
   if (wantsPrefix && !name.prefix.empty()) {
     *prefix = name.prefix.data();
     *prefixLength = name.prefix.size();
@@ -95,8 +97,9 @@ int32_t ClXmlSplit_QName(const char* qname, uint64_t length, const char** prefix
 int32_t ClXmlPare_AttValue(const char* value, uint64_t length, const char** inner,
                            uint64_t* innerLength) {
   if (value == nullptr || inner == nullptr || innerLength == nullptr) return 0;
-  if (!is_quoted({value, length})) return 0;
-  const std::string_view text = inner_value({value, length});
+  const std::string_view quoted = as_view(value, length);
+  if (!is_quoted(quoted)) return 0;
+  const std::string_view text = inner_value(quoted);
   *inner = text.data();
   *innerLength = text.size();
   return 1;

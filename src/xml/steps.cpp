@@ -94,9 +94,10 @@ i32 take_namespace(ClXmlParserData& data, ClXmlAttribute& attribute) {
 i32 walk(ClXmlParserData& data, u64& position) {
   const std::string_view text = text_of(data);
   for (; position < text.size(); ++position) {
-    if (is_space(text[position])) continue;
-    const i32 status = text[position] == '<' ? ClXmlCheckElement(&data, &position)
-                                             : ClXmlPrsParameter(&data, &position);
+    const std::size_t at = static_cast<std::size_t>(position);
+    if (is_space(text[at])) continue;
+    const i32 status =
+        text[at] == '<' ? ClXmlCheckElement(&data, &position) : ClXmlPrsParameter(&data, &position);
     if (status != kSuccess) return status;
   }
   return kSuccess;

@@ -90,7 +90,8 @@ Verdict match_path(const ClXmlParserData& data, std::string_view requested,
 }
 
 Verdict match_target(const ClXmlParserData& data, const ClXmlTarget& target) {
-  return match_path(data, {target.path, target.pathLength}, current_path(data));
+  if (!fits_memory(target.pathLength)) return Verdict::kNo;
+  return match_path(data, as_view(target.path, target.pathLength), current_path(data));
 }
 
 // --- Recording -----------------------------------------------------------------------------------
@@ -123,7 +124,7 @@ i32 serve(const ClXmlParserData& data, ClXmlTarget& target, const ClXmlValueRang
 // attribute.
 ClXmlValueRange find_value(const ClXmlParserData& data, const ClXmlTarget& target,
                            std::span<const ClXmlAttribute> attributes) {
-  const std::string_view wanted(target.attributeName, target.attributeNameLength);
+  const std::string_view wanted = as_view(target.attributeName, target.attributeNameLength);
   for (const ClXmlAttribute& attribute : attributes) {
     if (attribute.value == nullptr || name_of(attribute) != wanted) continue;
     return {static_cast<u64>(attribute.value - data.document->text), attribute.valueLength};
@@ -156,7 +157,7 @@ int32_t ClXmlChkTargetPathRequestAttValue(const ClXmlTarget* target, const char*
   if (target == nullptr || target->path == nullptr || name == nullptr || nameLength == nullptr) {
     return 0;
   }
-  const std::string_view element = last_element({target->path, target->pathLength});
+  const std::string_view element = last_element(as_view(target->path, target->pathLength));
   AttributeSplitter splitter(from(element, until_space(element).size()));
   std::string_view found;
   for (SplitAttribute attribute; splitter.next(attribute);) {
@@ -198,9 +199,10 @@ int32_t ClXmlCompare_AttValue(const ClXmlParserData* data, const ClXmlAttribute*
   if (data == nullptr || requested == nullptr || current == nullptr || nameOnly == nullptr) {
     return 0;
   }
+  if (!fits_memory(requested->valueLength)) return 0;
   if (!is_quoted(value_of(*requested))) {
     *nameOnly = 1;
-    return current->valueLength != 0 ? 1 : 0;
+    return memory_size(current->valueLength) != 0 ? 1 : 0;
   }
   const std::string_view wanted = inner_value(value_of(*requested));
   const std::string_view present = inner_value(value_of(*current));

@@ -44,11 +44,12 @@ u64 find_slash(const char* buffer, u64 length, u64 position) {
 // `length` may be that of the buffer or unknown: nothing is read behind the tag.
 EmptyTag find_empty_tag(const char* buffer, u64 length, u64 position) {
   if (position >= length) return {};
-  const std::size_t opening = find_opening({buffer, position});
+  if (!fits_memory(position)) return {};
+  const std::size_t opening = find_opening(as_view(buffer, position));
   const u64 slash = find_slash(buffer, length, position);
   if (opening == std::string_view::npos || slash == length) return {};
   const std::string_view name =
-      until_space(slice({buffer, slash}, opening + 1, slash - opening - 1));
+      until_space(slice(as_view(buffer, slash), opening + 1, slash - opening - 1));
   return {opening + 1, std::min(name.size(), name.find('/')), slash, true};
 }
 
@@ -118,7 +119,8 @@ bool comes_before(const Change& a, const Change& b) {
   return first != second ? first < second : a.parameter < b.parameter;
 }
 
-constexpr u64 kMostBytes = u64{1} << 62;  // no text is that long, and no sum of two overflows
+// No text is longer, and no sum of two overflows.
+constexpr u64 kMostBytes = std::min(u64{1} << 62, u64{SIZE_MAX / 2});
 
 // Notes what the record replaces; false when that is not in the document, or no text.
 bool locate(const Job& job, Change& change) {
@@ -133,7 +135,8 @@ bool locate(const Job& job, Change& change) {
   change.name = nullptr;
   if (parameter.status != kEmptyTag) return true;
   const EmptyTag tag = find_empty_tag(job.document.data(), size, parameter.valueOffset);
-  const std::size_t close = tag.exists ? job.document.find('>', tag.slash) : job.document.npos;
+  const std::size_t close =
+      tag.exists ? job.document.find('>', memory_size(tag.slash)) : job.document.npos;
   if (close == job.document.npos) return false;
   change.begin = tag.slash;
   change.end = close + 1;
@@ -201,10 +204,12 @@ char* append(char* end, std::string_view text) {
 }
 
 char* append_value(const Change& change, char* end) {
-  const std::string_view value(change.parameter->newValue, change.parameter->newValueLength);
+  const std::string_view value =
+      as_view(change.parameter->newValue, change.parameter->newValueLength);
   if (!is_expanded(change)) return append(end, value);
   end = append(append(end, kStartTagEnd), value);
-  return append(append(append(end, kEndTagBegin), {change.name, change.nameLength}), kEndTagEnd);
+  return append(append(append(end, kEndTagBegin), as_view(change.name, change.nameLength)),
+                kEndTagEnd);
 }
 
 void write_document(const Job& job) {
@@ -282,7 +287,8 @@ int32_t ClXmlWrite(ClXmlRequest* request) {
   }
   constexpr u32 kUsual = 16;
   const u32 count = request->parameterCount;
-  const std::string_view document(request->document, request->documentLength);
+  if (!fits_memory(request->documentLength)) return kBadArgument;
+  const std::string_view document = as_view(request->document, request->documentLength);
   ClXmlParameter* parameters = static_cast<ClXmlParameter*>(request->parameters);
   Change usual[kUsual];
   if (count <= kUsual) return write({*request, document, {usual, count}}, parameters);
@@ -308,12 +314,13 @@ int32_t ClXmlExpandEmptyElement(char* buffer, ClXmlParameter* parameter, uint64_
       end == nullptr || nameLength == nullptr) {
     return kBadArgument;
   }
+  if (!fits_memory(parameter->newValueLength)) return kBadArgument;
   const EmptyTag tag = find_empty_tag(buffer, *parameter);
   if (!tag.exists) return kNoEmptyTag;
   char* at = append(buffer + tag.slash, kStartTagEnd);
   parameter->newValueOffset = static_cast<u64>(at - buffer);
-  at = append(append(at, {parameter->newValue, parameter->newValueLength}), kEndTagBegin);
-  at = append(append(at, {buffer + tag.nameOffset, tag.nameLength}), kEndTagEnd);
+  at = append(append(at, as_view(parameter->newValue, parameter->newValueLength)), kEndTagBegin);
+  at = append(append(at, as_view(buffer + tag.nameOffset, tag.nameLength)), kEndTagEnd);
   *end = static_cast<u64>(at - buffer);
   *nameLength = tag.nameLength;
   return kSuccess;

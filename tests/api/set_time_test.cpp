@@ -30,7 +30,7 @@ std::string make_job() {
   char buffer[80];
   std::uint64_t length = 0;
   EXPECT_EQ(PXCL_MakeKWLSetTimeJob(reinterpret_cast<std::uint8_t*>(buffer), 80, &length), 0);
-  return {buffer, length};
+  return std::string(buffer, length);
 }
 
 std::string expected_job(const std::string& digits) {
@@ -67,9 +67,10 @@ TEST(SetTime, WantsOneByteMoreThanItTakes) {
 }
 
 TEST(SetTime, RefusesATimeThatHasNoFourteenDigits) {
+  if (sizeof(std::time_t) == 4) GTEST_SKIP() << "the time ends in 2038";
   std::uint8_t buffer[80] = {};
   std::uint64_t length = 7;
-  for (const std::time_t time : {std::time_t{253402300800 + 86400},  // the year 10000
+  for (const std::time_t time : {static_cast<std::time_t>(253402300800 + 86400),  // the year 10000
                                  std::numeric_limits<std::time_t>::max()}) {
     now = time;
     EXPECT_EQ(PXCL_MakeKWLSetTimeJob(buffer, sizeof buffer, &length), -1);

@@ -113,6 +113,7 @@ TEST(Buffers, BeyondThirtyTwoBitsAreClearedOverTheirLowPart) {
   }
 }
 
+#if SIZE_MAX > UINT32_MAX
 constexpr std::uint64_t kWindow = std::uint64_t{16} << 20;
 
 // 2 GiB of address space on 32 MB: one small file mapped over and over, and an end of its own.
@@ -157,6 +158,7 @@ TEST(Buffers, OfThirtyOneBitsAreClearedToTheirEnd) {
   EXPECT_EQ(buffer.data()[kTwo31 - 2], 0);
   EXPECT_EQ(buffer.data()[kTwo31 - 1], kFiller);
 }
+#endif
 
 // ---- Texts ----
 

@@ -302,15 +302,21 @@ std::uint64_t word_at(const char* place) {
   return word;
 }
 
-// A word that is zero until the end of the call; what the call owns and replaced is released.
+// A word that is another until the end of the call; what the call owns and replaced is released.
 struct Denial {
   Stage& s;
   bool owned = false;
   char* word = nullptr;
   std::uint64_t before = 0;
+  std::uint64_t meanwhile = 0;
+  void put(char* place, std::uint64_t value) {
+    word = place;
+    before = word_at(place);
+    s.put(place, meanwhile = value);
+  }
   ~Denial() {
     if (word == nullptr) return;
-    if (word_at(word) == 0) {
+    if (word_at(word) == meanwhile) {
       s.put(word, before);
     } else if (owned) {
       KWVSDisposePTRX(reinterpret_cast<void*>(before));
@@ -328,13 +334,9 @@ void deny_words(Denial& denial, Record* record, bool owned = false) {
     char* const bytes = reinterpret_cast<char*>(const_cast<Plain*>(record));
     for (std::size_t at = 0; at + sizeof denial.before <= sizeof(Record);
          at += sizeof denial.before) {
-      const std::uint64_t before = word_at(bytes + at);
       if (!denial.s.next_is_denied()) continue;
       denial.owned = owned;
-      denial.word = bytes + at;
-      denial.before = before;
-      denial.s.put(denial.word, 0);
-      return;
+      return denial.put(bytes + at, 0);
     }
   }
 }
@@ -364,14 +366,76 @@ void deny_argument(Denial& denial, Argument& argument) {
   }
 }
 
-// A function, each of whose arguments and of their records' words can be denied.
+// ---- A call with a length that has its low 32 bits right, and one more above them ----
+
+constexpr std::uint64_t kTwo32 = std::uint64_t{1} << 32;
+
+// The lengths and offsets of what an argument leads to.
+using Lengths = std::initializer_list<const std::uint64_t*>;
+void widen_one_of(Denial& denial, Lengths lengths) {
+  for (const std::uint64_t* const length : lengths) {
+    if (denial.word != nullptr || !denial.s.next_is_denied()) continue;
+    denial.put(reinterpret_cast<char*>(const_cast<std::uint64_t*>(length)), *length + kTwo32);
+  }
+}
+
+void widen_below(Denial&, const void*) {}
+void widen_below(Denial& denial, const ClssKeyValue* one) {
+  if (one != nullptr) widen_one_of(denial, {&one->keyLength, &one->valueLength});
+}
+void widen_below(Denial& denial, const ClXmlAttribute* one) {
+  if (one != nullptr) widen_one_of(denial, {&one->nameLength, &one->valueLength});
+}
+void widen_below(Denial& denial, const ClXmlElement* one) {
+  if (one == nullptr) return;
+  widen_one_of(denial, {&one->nameLength});
+  widen_below(denial, one->attributes);
+}
+void widen_below(Denial& denial, const ClXmlParameter* one) {
+  if (one == nullptr) return;
+  widen_one_of(denial, {&one->pathLength, &one->valueOffset, &one->valueLength,
+                        &one->newValueOffset, &one->newValueLength});
+}
+void widen_below(Denial& denial, const ClXmlTarget* one) {
+  if (one != nullptr) widen_one_of(denial, {&one->pathLength, &one->attributeNameLength});
+}
+void widen_below(Denial& denial, const ClXmlRequest* one) {
+  if (one == nullptr) return;
+  widen_one_of(denial, {&one->documentLength, &one->outputSize});
+  widen_below(denial, static_cast<const ClXmlParameter*>(one->parameters));
+}
+void widen_below(Denial& denial, const ClXmlParserData* one) {
+  if (one == nullptr) return;
+  widen_one_of(denial, {&one->document->length});
+  widen_below(denial, one->targets);
+}
+void widen_below(Denial& denial, const std::uint64_t* offset) {
+  if (offset != nullptr && denial.s.holds(offset)) widen_one_of(denial, {offset});
+}
+
+template <typename Argument>
+void widen_argument(Denial& denial, Argument& argument) {
+  if constexpr (std::same_as<Argument, std::uint64_t> || std::same_as<Argument, std::int64_t>) {
+    if (denial.s.next_is_denied()) argument += static_cast<Argument>(kTwo32);
+  } else if constexpr (std::is_pointer_v<Argument> &&
+                       std::is_object_v<std::remove_pointer_t<Argument>>) {
+    widen_below(denial, argument);
+  }
+}
+
+// A function, each of whose arguments and of their records' words can be denied, or widened.
 template <typename Result, typename... Arguments>
 class Tried {
  public:
   Tried(Stage& s, Result (*function)(Arguments...)) : s_(s), function_(function) {}
   Result operator()(Arguments... arguments) const {
     Denial denial{s_};
-    if (s_.denies()) (deny_argument(denial, arguments), ...);  // no look at what is uninitialised
+    // Else no look at what is uninitialised.
+    if (s_.widens()) {
+      (widen_argument(denial, arguments), ...);
+    } else if (s_.denies()) {
+      (deny_argument(denial, arguments), ...);
+    }
     return function_(arguments...);
   }
 

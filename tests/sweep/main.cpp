@@ -6,6 +6,8 @@
 //   pages    with its texts and variables against unreadable pages
 //   nulls    with each of its arguments and of their records' members zero in turn, and with each
 //            text empty: the answers are those of tests/data/nulls
+//   lengths  where addresses have 32 bits, with 2^32 added to each of its lengths and of those of its
+//            arguments' records in turn: the answers are those of tests/data/lengths
 //   memory   with each of its allocations failing, alone and with all that follow
 //   threads  by eight threads at once
 // or listed: names
@@ -127,13 +129,14 @@ void make_without_memory() {
   std::printf("%llu allocations failed as documented\n", static_cast<unsigned long long>(failures));
 }
 
-// The call's name and its answers, as a line of tests/data/nulls; behind an answer "!": it has
-// written all the same.
-void deny_each(const Call& call, Stage& stage, char (&line)[512]) {
+// The call's name and its answers, as a line of a file; behind an answer "!": it has written all the
+// same.
+void change_each(const Call& call, Stage& stage, void (Stage::*change)(std::size_t),
+                 char (&line)[512]) {
   current = &call;
   int end = std::snprintf(line, sizeof line, "%s", call.name);
   for (currentFailure = 1;; ++currentFailure) {
-    stage.deny(currentFailure);
+    (stage.*change)(currentFailure);
     const Outcome outcome = make(call, stage);
     if (!outcome.denied) break;
     end += std::snprintf(line + end, sizeof line - static_cast<std::size_t>(end), " %lld%s",
@@ -143,21 +146,29 @@ void deny_each(const Call& call, Stage& stage, char (&line)[512]) {
 }
 
 // What is printed is what the file should hold when an answer is meant to be another.
-void make_with_nulls() {
+void make_changed(void (Stage::*change)(std::size_t), const char* answers) {
   Stage stage(Ground::kBeforePage);
-  std::FILE* const file = std::fopen(PXCL_TEST_DATA "/nulls", "r");
+  std::FILE* const file = std::fopen(answers, "r");
   char expected[512], line[512];
   for (const Call& call : calls()) {
-    deny_each(call, stage, line);
+    change_each(call, stage, change, line);
     std::fputs(line, stdout);
     if (file != nullptr && std::fgets(expected, sizeof expected, file) != nullptr &&
         std::strcmp(line, expected) == 0) {
       continue;
     }
     std::fprintf(stderr, "%s", line);
-    report(call, "does not answer as in tests/data/nulls", 0);
+    report(call, "does not answer as in its line of tests/data", 0);
   }
   if (file != nullptr) std::fclose(file);
+}
+
+void make_with_nulls() {
+  make_changed(&Stage::deny, PXCL_TEST_DATA "/nulls");
+}
+
+void make_with_lengths() {
+  make_changed(&Stage::widen, PXCL_TEST_DATA "/lengths");
 }
 
 constexpr int kThreads = 8, kRounds = 50;
@@ -200,15 +211,16 @@ int main(int count, char** arguments) {
   constexpr struct {
     const char* name;
     void (*run)();
-  } kModes[] = {{"heap", make_on_heap},          {"pages", make_on_pages},
-                {"memory", make_without_memory}, {"threads", make_at_once},
-                {"nulls", make_with_nulls},      {"names", list_names}};
+  } kModes[] = {
+      {"heap", make_on_heap},    {"pages", make_on_pages},   {"memory", make_without_memory},
+      {"threads", make_at_once}, {"nulls", make_with_nulls}, {"lengths", make_with_lengths},
+      {"names", list_names}};
   signal(SIGSEGV, tell_where);
   for (const auto& mode : kModes) {
     if (count != 2 || std::strcmp(arguments[1], mode.name) != 0) continue;
     mode.run();
     return faults == 0 ? 0 : 1;
   }
-  std::fprintf(stderr, "usage: sweep heap|pages|nulls|memory|threads|names\n");
+  std::fprintf(stderr, "usage: sweep heap|pages|nulls|lengths|memory|threads|names\n");
   return 2;
 }

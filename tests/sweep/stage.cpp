@@ -127,11 +127,11 @@ Text Stage::in(std::string_view text) {
 }
 
 Text Stage::sized(std::string_view text) {
-  return in(next_is_denied() ? std::string_view() : text);
+  return in(!widens_ && next_is_denied() ? std::string_view() : text);
 }
 
 const char* Stage::string(const char* text) {
-  if (next_is_denied()) text = "";
+  if (!widens_ && next_is_denied()) text = "";
   return in({text, std::strlen(text) + 1}).data;
 }
 

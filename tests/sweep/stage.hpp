@@ -70,6 +70,12 @@ class Stage {
   // From now on the `nth` thing that can be denied to a call is: a string or sized() text is empty,
   // what else asks next_is_denied() is zero.
   void deny(std::size_t nth) { denied_ = nth; }
+  // The `nth` length that can be too large is larger by 2^32, and nothing is denied.
+  void widen(std::size_t nth) {
+    denied_ = nth;
+    widens_ = true;
+  }
+  bool widens() const { return widens_; }
   bool denies() const { return denied_ != 0; }
   bool next_is_denied() { return ++asked_ == denied_; }
   bool has_denied() const { return asked_ >= denied_; }  // before the end of the call
@@ -110,6 +116,7 @@ class Stage {
   std::size_t used_ = 0;
   std::size_t asked_ = 0;
   std::size_t denied_ = 0;  // 0: none
+  bool widens_ = false;
   std::uint64_t digest_;
 };
 

@@ -155,7 +155,7 @@ TEST(Writer, RefusesRangesThatCannotBe) {
 }
 
 TEST(Writer, RefusesValuesThatNoTextHas) {
-  constexpr std::uint64_t kMost = std::uint64_t{1} << 62;
+  constexpr std::uint64_t kMost = std::min(std::uint64_t{1} << 62, std::uint64_t{SIZE_MAX / 2});
   const struct {
     std::uint64_t a, b;
     int status;
