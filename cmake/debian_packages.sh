@@ -14,7 +14,8 @@ as_root() { if [ "$(id -u)" = 0 ]; then "$@"; else sudo "$@"; fi; }
 
 is_installed() { [ "$(dpkg-query -W -f='${db:Status-Status}' "$1" 2>/dev/null)" = installed ]; }
 
-# Installs what is missing of the packages named; elsewhere than on Debian that is the user's to do.
+# Installs what is missing of the packages named; elsewhere than on Debian that is the user's to do. $apt_option may hold
+# one more option of apt-get's.
 install_missing() {
   command -v dpkg-query >/dev/null || return 0
   local package missing=()
@@ -24,5 +25,6 @@ install_missing() {
   [ ${#missing[@]} -gt 0 ] || return 0
   echo "installing: ${missing[*]}"
   as_root apt-get update -q
-  as_root env DEBIAN_FRONTEND=noninteractive apt-get install -yq --no-install-recommends "${missing[@]}"
+  as_root env DEBIAN_FRONTEND=noninteractive apt-get install -yq --no-install-recommends \
+    ${apt_option:+"$apt_option"} "${missing[@]}"
 }
