@@ -2,8 +2,9 @@
 # SPDX-FileCopyrightText: 2026 The pxcl developers
 # SPDX-License-Identifier: Apache-2.0
 
-"""Builds the coverage preset, runs the tests of the library and prints each line and branch of src/ that none of them takes, but for the
-lines that tests/coverage.exceptions lists with their reasons. Fails when there is one, or an exception that is none."""
+"""Builds the coverage presets, runs the tests of the library and prints each line and branch of src/ that none of them takes,
+but for the lines that tests/coverage.exceptions lists with their reasons. Fails when there is one, or an exception that is
+none."""
 
 import collections
 import json
@@ -13,7 +14,8 @@ import subprocess
 import sys
 
 ROOT = pathlib.Path(__file__).resolve().parent.parent
-BUILD = ROOT / "build" / "coverage"
+# The preset, and what is built and run of it. Refusals that only 32 bits take are the sweep's.
+BUILDS = {"coverage": ([], []), "coverage-narrow": (["-t", "sweep"], ["-R", "^sweep/lengths$"])}
 EXCEPTIONS = ROOT / "tests" / "coverage.exceptions"
 MOST_EXCEPTIONS = 10
 
@@ -22,11 +24,15 @@ def run(*command):
     subprocess.run(command, cwd=ROOT, check=True, stdout=subprocess.DEVNULL)
 
 
+def build_of(preset):
+    return ROOT / "build" / preset
+
+
 def records():
     """gcov's records of the library's object files, one a source that each was made of."""
-    for data in sorted(BUILD.glob("src/**/*.gcda")):
-        output = subprocess.run(["gcov", "--json-format", "--branch-probabilities", "--stdout", data], cwd=BUILD, check=True,
-                                capture_output=True).stdout
+    for data in sorted(data for preset in BUILDS for data in build_of(preset).glob("src/**/*.gcda")):
+        output = subprocess.run(["gcov", "--json-format", "--branch-probabilities", "--stdout", data], cwd=build_of("coverage"),
+                                check=True, capture_output=True).stdout
         for line in output.splitlines():
             yield from json.loads(line)["files"]
 
@@ -35,7 +41,7 @@ def measure():
     """Per source and line: the branches taken of how many, and whether it ran; the best of every function made of it."""
     lines = collections.defaultdict(dict)
     for record in records():
-        path = pathlib.Path(os.path.normpath(BUILD / record["file"]))
+        path = pathlib.Path(os.path.normpath(build_of("coverage") / record["file"]))
         if not path.is_relative_to(ROOT / "src"):
             continue
         for line in record["lines"]:
@@ -56,11 +62,12 @@ def read_exceptions():
 
 
 def main():
-    run("cmake", "--preset", "coverage", "-Wno-dev", *sys.argv[1:])
-    run("cmake", "--build", "--preset", "coverage")
-    for data in BUILD.glob("**/*.gcda"):
-        data.unlink()
-    run("ctest", "--preset", "coverage", "-j", str(os.cpu_count()))
+    for preset, (targets, tests) in BUILDS.items():
+        run("cmake", "--preset", preset, "-Wno-dev", *sys.argv[1:])
+        run("cmake", "--build", "--preset", preset, *targets)
+        for data in build_of(preset).glob("**/*.gcda"):
+            data.unlink()
+        run("ctest", "--preset", preset, "-j", str(os.cpu_count()), *tests)
     exceptions, used, missed = read_exceptions(), set(), 0
     counts = collections.Counter()
     for name, lines in sorted(measure().items()):

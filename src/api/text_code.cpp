@@ -96,7 +96,7 @@ i32 PXCL_DecodeFromString(const char* text, u64 textLength, u8* output, u64 outp
     return kRefused;
   }
   if (output == nullptr && outputSize != 0) return kRefused;
-  if (!fits_memory(textLength) || !fits_memory(outputSize)) return kRefused;
+  if (!fits_memory(outputSize)) return kRefused;
   if (outputSize != 0) std::memset(output, 0, memory_size(outputSize));
 
   const std::string_view all = as_view(text, textLength);

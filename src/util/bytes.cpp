@@ -111,8 +111,7 @@ const void* KWVSReverseSearchData(const void* data, uint64_t length, const void*
   const u8* const begin = static_cast<const u8*>(data);
   const u8 lead = *static_cast<const u8*>(pattern);
   const std::size_t size = memory_size(patternLength);
-  std::size_t starts =
-      memory_size(length) - size + 1;  // places where the pattern could still begin
+  std::size_t starts = memory_size(length) - size + 1;  // where the pattern could still begin
   while (const void* found = memrchr(begin, lead, starts)) {
     if (std::memcmp(found, pattern, size) == 0) return found;
     starts = static_cast<std::size_t>(static_cast<const u8*>(found) - begin);

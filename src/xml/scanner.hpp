@@ -6,6 +6,8 @@
 
 #pragma once
 
+#include <algorithm>
+
 #include "clxml.h"
 #include "xml/plan.hpp"
 
@@ -51,7 +53,7 @@ struct ScanOutcome {
 };
 
 // The fast route works with 32-bit offsets; longer documents and paths take the step functions.
-inline constexpr u64 kMostBytes = 0xFFFFFF00u;
+inline constexpr u64 kMostBytes = std::min(u64{0xFFFFFF00u}, u64{SIZE_MAX / 2});
 
 // Scans `document`, which begins with its declaration. Declared prefixes go into `table`.
 ScanOutcome scan_indexed(const Plan& plan, const Results& results, std::string_view document,

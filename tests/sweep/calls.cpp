@@ -430,10 +430,9 @@ class Tried {
   Tried(Stage& s, Result (*function)(Arguments...)) : s_(s), function_(function) {}
   Result operator()(Arguments... arguments) const {
     Denial denial{s_};
-    // Else no look at what is uninitialised.
     if (s_.widens()) {
       (widen_argument(denial, arguments), ...);
-    } else if (s_.denies()) {
+    } else if (s_.denies()) {  // otherwise what is uninitialised is not looked at
       (deny_argument(denial, arguments), ...);
     }
     return function_(arguments...);
