@@ -3,6 +3,7 @@
 
 #include "keyed/format.hpp"
 
+#include <algorithm>
 #include <cstring>
 #include <limits>
 
@@ -13,7 +14,7 @@
 namespace pxcl::keyed {
 namespace {
 
-constexpr std::size_t kMarkerLength = 2;
+constexpr std::string_view kMarker = "%s";
 
 char* append(char* out, std::string_view text) {
   if (!text.empty()) std::memcpy(out, text.data(), text.size());
@@ -26,14 +27,7 @@ std::string_view view_of(const char* argument) {
 
 // Offset of the first marker from `begin` on; the text's size when there is none.
 std::size_t find_marker(std::string_view text, std::size_t begin) {
-  while (begin < text.size()) {
-    const void* percent = std::memchr(text.data() + begin, '%', text.size() - begin);
-    if (percent == nullptr) break;
-    const auto at = static_cast<std::size_t>(static_cast<const char*>(percent) - text.data());
-    if (at + 1 < text.size() && text[at + 1] == 's') return at;
-    begin = at + 1;
-  }
-  return text.size();
+  return std::min(text.find(kMarker, begin), text.size());
 }
 
 Arguments arguments_of(const char* const* arguments, i32 count) {
@@ -62,7 +56,7 @@ bool fill_template(std::string_view text, Arguments arguments, char* out, std::s
     if (marker == text.size()) break;
     if (next == arguments.size()) return false;
     end = append(end, view_of(arguments[next++]));
-    begin = marker + kMarkerLength;
+    begin = marker + kMarker.size();
   }
   *end = '\0';
   *length = static_cast<std::size_t>(end - out);

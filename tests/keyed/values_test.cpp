@@ -106,6 +106,11 @@ TEST(GetVasloID, FindsEveryRowWithAndWithoutBlanks) {
       EXPECT_EQ(look_up(dictionary, spread(keyword)), expected) << keyword;
       EXPECT_EQ(look_up(dictionary, keyword.substr(1)), kNone) << keyword;
       EXPECT_EQ(look_up(dictionary, keyword + "x"), kNone) << keyword;
+      for (std::size_t i = 0; i < keyword.size(); ++i) {
+        std::string other = keyword;
+        other[i] = '?';
+        EXPECT_EQ(look_up(dictionary, other), kNone) << other;
+      }
     }
   }
 }
