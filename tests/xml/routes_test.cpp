@@ -584,6 +584,10 @@ TEST(Routes, AgreeOnRunsThatAreNotFresh) {
       },
       [](ClXmlParserData& run) { run.targets[0].matchCount = 1; },
       [](ClXmlParserData& run) { run.targets[1].path = nullptr; },
+      [](ClXmlParserData& run) {
+        run.targets[1].path = nullptr;
+        run.targets[1].kind = 1;
+      },
       [](ClXmlParserData& run) { run.targets[0].status = 1; },
       [](ClXmlParserData& run) { run.targets[2].kind = 0; },
       [](ClXmlParserData& run) { ClXmlAddPath(&run, "/", "cmd", 3); },
