@@ -21,16 +21,9 @@ QualifiedName split_value(std::string_view value) {
   return {{value.data(), colon}, from(value, colon + 1)};
 }
 
-bool is_second_vendor(u32 row) {
-  return row != kNone && is_same_uri(kNamespaces[row].uri, kQualifiedValueUri);
-}
-
-u32 row_of_table_prefix(std::string_view prefix) {
-  for (u32 row = 0; row < kNamespaceCount; ++row) {
-    if (kNamespaces[row].prefix == prefix) return row;
-  }
-  return kNone;
-}
+// The row of the second vendor namespace.
+constexpr u32 kValueRow = 3;
+static_assert(kNamespaces[kValueRow].uri == kQualifiedValueUri);
 
 // The keyword without ":" that a value answers; the value itself when it answers none.
 std::string_view key_of(const Scan& scan, std::string_view value) {
@@ -38,7 +31,7 @@ std::string_view key_of(const Scan& scan, std::string_view value) {
   if (name.local.empty()) return value;
   const bool unprefixed = name.prefix.empty();
   if (!unprefixed && (scan.flags & CL_XML_COM_FLAG) != 0) return value;
-  if (unprefixed || is_second_vendor(find_row(scan, name.prefix, scan.generation))) {
+  if (unprefixed || find_row(scan, name.prefix, scan.generation) == kValueRow) {
     return name.local;
   }
   return value;
@@ -101,10 +94,9 @@ bool same_qualified_name(const Scan& scan, std::string_view requested, std::stri
   if (wanted.local != found.local) return false;
   if (wanted.prefix == found.prefix) return true;
   if ((scan.flags & CL_XML_COM_FLAG) != 0) return false;
-  const bool wantedThere =
-      wanted.prefix.empty() || is_second_vendor(row_of_table_prefix(wanted.prefix));
+  const bool wantedThere = wanted.prefix.empty() || wanted.prefix == kNamespaces[kValueRow].prefix;
   const bool foundThere =
-      found.prefix.empty() || is_second_vendor(find_row(scan, found.prefix, scan.generation));
+      found.prefix.empty() || find_row(scan, found.prefix, scan.generation) == kValueRow;
   return wantedThere && foundThere;
 }
 

@@ -187,11 +187,15 @@ TEST(GetValue, ReadsAsTheConversionOfAWorkingCopyDoes) {
 }
 
 TEST(SetStringValue, FitsAtEveryCapacity) {
-  const ExactBlock text("a b c, d"s);
-  for (int size = -1; size <= 5; ++size) {
-    char out[] = "######";
-    EXPECT_EQ(SetStringValue(text.data(), text.size(), out, size), size >= 4 ? 1 : 0) << size;
-    EXPECT_EQ(std::string(out, 6), size >= 4 ? "abc\0##"s : "######"s) << size;
+  for (const auto& [source, value] : {std::pair("a b c, d", "abc"s), std::pair(" ,x", ""s)}) {
+    const ExactBlock text(source);
+    for (int size = -1; size <= 5; ++size) {
+      const bool fits = size > static_cast<int>(value.size());
+      std::string out = "######", expected = out;
+      EXPECT_EQ(SetStringValue(text.data(), text.size(), out.data(), size), fits ? 1 : 0) << size;
+      if (fits) expected.replace(0, value.size() + 1, value + '\0');
+      EXPECT_EQ(out, expected) << size;
+    }
   }
 }
 

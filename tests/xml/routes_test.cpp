@@ -598,12 +598,12 @@ TEST(Routes, AgreeOnRunsThatAreNotFresh) {
       },
   };
   const std::size_t blanks[] = {100, pxcl::xml::kShortestRepeating};
-  for (std::size_t i = 0; i < 2 * std::size(kAlter); ++i) {
-    const auto alter = kAlter[i / 2];
+  const std::vector<std::string> paths[] = {{"cmd/a", "cmd/zirk:b", "cmd/a k"},
+                                            {"cmd/a k", "cmd/a k", "cmd/a k"}};
+  for (std::size_t i = 0; i < 4 * std::size(kAlter); ++i) {
+    const auto alter = kAlter[i / 4];
     const pxcl_test::Texts texts(
-        {0,
-         {"cmd/a", "cmd/zirk:b", "cmd/a k"},
-         0,
+        {0, paths[i / 2 % 2], 0,
          in_document(" xmlns:p=\"http://www.example.com/ns/cmd/2008/07/common/\"",
                      "<a k=\"v\">1</a><p:b>2</p:b><a/><a>k=4</a><q:b>3</q:b>") +
              std::string(blanks[i % 2], ' ')});
