@@ -41,8 +41,10 @@ FLIPS = [
 
 
 def blank(text):
-    """The source with comments, literals, directives and compile-time checks blanked, every other byte in its place."""
-    pattern = re.compile(r'//[^\n]*|/\*.*?\*/|"(?:\\.|[^"\\\n])*"|(?<!\d)\'(?:\\.|[^\'\\\n])+\'|^#(?:\\\n|[^\n])*|\bstatic_assert\(.*?;|&&(?= \w+[,)])',
+    """The source with comments, literals, directives, compile-time checks and the room that an array starts with blanked,
+    every other byte in its place."""
+    pattern = re.compile(r'//[^\n]*|/\*.*?\*/|"(?:\\.|[^"\\\n])*"|(?<!\d)\'(?:\\.|[^\'\\\n])+\'|^#(?:\\\n|[^\n])*|\bstatic_assert\(.*?;|&&(?= \w+[,)])|'
+                         r'\bGrowingArray<[^>]*>',
                          re.S | re.M)
     return pattern.sub(lambda match: re.sub(r"[^\n]", " ", match.group()), text)
 
@@ -112,7 +114,7 @@ class Tree:
 def describe(text, flip):
     name, offset, old, new = flip
     number = text.count("\n", 0, offset)
-    return f"{name}:{number + 1}: '{old}' for '{new}' in: {text.splitlines()[number].strip()}"
+    return f"{name}:{number + 1}: '{old}' becomes '{new}' in: {text.splitlines()[number].strip()}"
 
 
 def main():
