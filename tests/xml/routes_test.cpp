@@ -470,6 +470,48 @@ TEST(Routes, AgreeOnListsWithOneOddRow) {
   }
 }
 
+TEST(Routes, AgreeOnListsWithOneOddByte) {
+  const std::string row = "<a k=\"x\">\n<b>y</b><c>z</c></a><d>t</d>";
+  const std::vector<std::string> paths = {"cmd/a k", "cmd/a k/b", "cmd/a k/c", "cmd/d"};
+  std::string rows;
+  for (int i = 0; i < 12; ++i) rows += row;
+  for (std::size_t at = 0; at < row.size(); ++at) {
+    for (const char byte : {'x', '<', '>', '/', ' ', '"'}) {
+      std::string odd = rows;
+      odd[6 * row.size() + at] = byte;
+      EXPECT_EQ(pxcl_test::compare_routes({0, paths, 0, in_document("", odd)}), "") << at << byte;
+    }
+  }
+}
+
+// Some of these tags are looked for where others stand.
+TEST(Routes, AgreeOnTagsThatDifferInOneByte) {
+  for (const std::size_t length : {2U, 15U, 16U, 30U}) {
+    for (const std::size_t at : {std::size_t{0}, length / 2, length - 1}) {
+      EngineCase one;
+      std::string rows;
+      for (char letter = 'A'; letter <= 'z'; ++letter) {
+        if (letter > 'Z' && letter < 'a') continue;
+        std::string name(length, 'n');
+        name[at] = letter;
+        if (letter % 4 == 0) one.paths.push_back("cmd/" + name);
+        rows += "<" + name + ">" + letter + "</" + name + ">";
+      }
+      one.document = in_document("", rows + rows + rows);
+      EXPECT_EQ(pxcl_test::compare_routes(one), "");
+    }
+  }
+}
+
+// What the children of such an element match is not told by one of its nodes.
+TEST(Routes, AgreeOnListsBelowAnElementThatMatchesTwice) {
+  std::string rows;
+  for (int i = 0; i < 20; ++i) rows += "<b l=\"w\">1</b><b l=\"x\">2</b>";
+  const std::string document = in_document("", "<a k=\"v\">" + rows + "</a>");
+  const std::vector<std::string> paths = {"cmd/a k=\"v\"/b l=\"x\"", "cmd/a k/b l=\"w\""};
+  EXPECT_EQ(pxcl_test::compare_routes({0, paths, 0, document}), "");
+}
+
 // Past some number the index looks attributes up by hash; the first of one name still counts.
 TEST(Routes, AgreeOnManyAttributes) {
   EngineCase one;
