@@ -595,6 +595,7 @@ TEST(Routes, AgreeOnLongPrefixes) {
                   "<commonprefix:a commonprefix:k=\"v\">1</commonprefix:a>"
                   "<commonpref:a>2</commonpref:a><commonprefixes:a>3</"
                   "commonprefixes:a><seventy:a>4</seventy:a>"
+                  "<commonprefiy:a>6</commonprefiy:a>"
                   "<b>5</b>") +
       std::string(100, ' ');
   one.paths = {"cmd/zirk:a", "cmd/zirk:a zirk:k=\"v\"", "cmd/commonprefixes:a", "cmd/seventy:a",
