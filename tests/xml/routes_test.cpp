@@ -434,6 +434,25 @@ TEST(Routes, AgreeOnMoreTagsThanAreKept) {
   }
 }
 
+// A tag takes the place, among the 128 that are kept, of the one in front of it: what stands between
+// them follows neither.
+TEST(Routes, AgreeOnATagInThePlaceOfTheOneBefore) {
+  const auto others = [](std::size_t count) {
+    std::string text;
+    while (count-- != 0) text += "<x k=\"v\" l=\"w\"><n>t</n></x>";
+    return text;
+  };
+  const std::vector<std::string> paths = {"cmd/y k/w k", "cmd/x k=\"v\" l/n/"};
+  for (std::size_t before = 126; before < 129; ++before) {
+    for (std::size_t between = 125; between < 128; ++between) {
+      const std::string inside = others(before) + "<y k=\"1\"><v>1</v></y>" + others(between) +
+                                 "<y k=\"1\"><w k=\"2\"><w k=\"3\"><v/></w></w></y>";
+      EXPECT_EQ(pxcl_test::compare_routes({0, paths, 0, in_document("", inside)}), "")
+          << before << ' ' << between;
+    }
+  }
+}
+
 // Rows that are alike but for one, in the middle.
 TEST(Routes, AgreeOnListsWithOneOddRow) {
   const std::vector<std::string> paths = {"cmd/a k",         "cmd/a k=\"v\"/b", "cmd/a k/b",
