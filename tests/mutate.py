@@ -2,8 +2,8 @@
 # SPDX-FileCopyrightText: 2026 The pxcl developers
 # SPDX-License-Identifier: Apache-2.0
 
-"""Do the tests notice? Flips one operator or constant of src/xml and src/keyed at a time, in a copy of the tree, and runs
-the tests of the layer and of what stands on it. Prints the flips that no test notices, and how many one does.
+"""Do the tests notice? Flips one operator or constant of src/xml and src/keyed at a time, or leaves out a check, in a copy of
+the tree, and runs the tests of the layer and of what stands on it. Prints the flips that no test notices, and how many one does.
 
     tests/mutate.py --count 150 --seed 1 [--jobs 2] [FILE...]
 """
@@ -36,7 +36,7 @@ FLIPS = [
     (r"(?<= )>(?= )", [">="]), (r"&&", ["||"]), (r"\|\|", ["&&"]), (r"\+\+", ["--"]), (r"--", ["++"]), (r"\+=", ["-="]),
     (r"-=", ["+="]), (r"(?<= )\+(?= )", ["-"]), (r"(?<= )-(?= )", ["+"]), (r"(?<= )&(?= )", ["|"]), (r"(?<= )\|(?= )", ["&"]),
     (r"(?<= )<<(?= )", [">>"]), (r"(?<= )>>(?= )", ["<<"]), (r"(?<=[ (])!(?=[\w(*])", [""]), (r"\btrue\b", ["false"]),
-    (r"\bfalse\b", ["true"]), (r"(?<![\w.'])\d+(?![\w.'])", None),
+    (r"\bfalse\b", ["true"]), (r"(?<![\w.'])\d+(?![\w.'])", None), (r"(?<=\bif \()", ["true ? false : "]),
 ]
 
 
@@ -114,7 +114,8 @@ class Tree:
 def describe(text, flip):
     name, offset, old, new = flip
     number = text.count("\n", 0, offset)
-    return f"{name}:{number + 1}: '{old}' becomes '{new}' in: {text.splitlines()[number].strip()}"
+    column = offset - text.rfind("\n", 0, offset)
+    return f"{name}:{number + 1}:{column}: '{old}' becomes '{new}' in: {text.splitlines()[number].strip()}"
 
 
 def main():
