@@ -42,8 +42,9 @@ EngineCase make_large() {
   return one;
 }
 
-bool is_documented(int result) {
-  return result == kNoMemory || result == kBadArgument;
+bool is_documented(int result, std::string_view document) {
+  const bool hasEmptyElement = document.find("/>") != document.npos;
+  return result == kNoMemory || (result == kBadArgument && hasEmptyElement);
 }
 
 void fail_runs(const Texts& texts, int (*call)(Request<ClXmlListParameter>& request)) {
@@ -52,7 +53,8 @@ void fail_runs(const Texts& texts, int (*call)(Request<ClXmlListParameter>& requ
     Request<ClXmlListParameter> request(texts);
     const int result = call(request);
     if (!failing) whole = result;
-    EXPECT_TRUE(result == whole || is_documented(result)) << result;
+    const std::string_view document(texts.document.get(), texts.length);
+    EXPECT_TRUE(result == whole || is_documented(result, document)) << result;
   });
 }
 
@@ -94,7 +96,7 @@ void fail_scans(const EngineCase& one) {
     }
     pxcl_test::Answers answers(keys.size());
     const int result = pxcl::xml::scan(one.document, 0, keys, answers.all, nullptr);
-    EXPECT_TRUE(!failing || is_documented(result)) << result;
+    EXPECT_TRUE(!failing || is_documented(result, one.document)) << result;
   });
 }
 
@@ -123,7 +125,7 @@ TEST(ShortMemory, Lists) {
 // One empty element for more groups than are kept without allocating.
 TEST(ShortMemory, Groups) {
   EngineCase one;
-  one.document = "<?xml ?><cmd><a></a></cmd>";
+  one.document = "<?xml ?><cmd><a/></cmd>";
   one.paths.assign(40, "cmd/a");
   fail_scans(one);
 }
