@@ -396,10 +396,11 @@ TEST(Routes, AgreeOnTheEndsOfRoots) {
 TEST(Routes, AgreeOnTablePrefixesThatMeanAnother) {
   const std::string document =
       "<?xml ?><cmd xmlns:zirk=\"" + std::string(clNsTable[3].uri) +
-      "\"><a><b zirk:k=\"v\">t</b><zirk:b k=\"v\">t</zirk:b><zirk:b>t</zirk:b></a></cmd>";
+      R"("><a><b zirk:k="v">t</b><zirk:b k="v">t</zirk:b><zirk:b>t</zirk:b><b k="zirk:">t</b></a></cmd>)";
   std::vector<std::string> paths;
-  for (const char* path : {"b zirk:k", "b ikw:k", "b zirk:k=\"v\"", "b ikw:k=\"v\"", "zirk:b k",
-                           "ikw:b k=\"v\"", "zirk:b", "ikw:b", "vrx:b", "b zirk:k=\"ikw:v\""}) {
+  for (const char* path :
+       {"b zirk:k", "b ikw:k", "b zirk:k=\"v\"", "b ikw:k=\"v\"", "zirk:b k", "ikw:b k=\"v\"",
+        "zirk:b", "ikw:b", "vrx:b", "b zirk:k=\"ikw:v\"", "b k=\"\""}) {
     paths.push_back(std::string("cmd/a/") + path);
     EXPECT_EQ(pxcl_test::compare_routes({0, {paths.back()}, 0, document}), "") << path;
   }
