@@ -149,6 +149,10 @@ PXCL_INLINED i32 take_tag(Scan& scan, Cursor& cursor, const Tag& tag, const char
                           : take_tag(scan, cursor, tag, close, matched.end, kUnsettled);
 }
 
+inline Tag plain_tag(const Cursor& cursor, const char* name, u32 length) {
+  return {name, offset_of(cursor, name), length, 0, 0, length + 1};
+}
+
 // A start tag without attribute, whose name is `length` long.
 inline i32 take_plain_tag(Scan& scan, Cursor& cursor, u32 length) {
   const char* name = cursor.at + 1;
@@ -159,11 +163,12 @@ inline i32 take_plain_tag(Scan& scan, Cursor& cursor, u32 length) {
   if ((cursor.top->flags & kPlainChildren) != 0) {
     end = look_up_plain(scan, *cursor.top, name, length);
   }
-  const Tag tag = {name, offset_of(cursor, name), length, 0, 0, length + 1};
-  if (!may_repeat(scan)) return take_tag(scan, cursor, tag, close, end, kUnsettled);
-  return take_apart(scan, cursor, [&](Scan& in, Cursor& from) {
-    return take_and_learn(in, from, Tag(tag), close, {nodes, end});
-  });
+  if (may_repeat(scan)) {
+    return take_apart(scan, cursor, [=](Scan& in, Cursor& from) {
+      return take_and_learn(in, from, plain_tag(from, name, length), close, {nodes, end});
+    });
+  }
+  return take_tag(scan, cursor, plain_tag(cursor, name, length), close, end, kUnsettled);
 }
 
 inline i32 take_start_tag(Scan& scan, Cursor& cursor) {

@@ -272,9 +272,8 @@ inline bool is_named(const Tag& tag, std::string_view name) {
   return equal_bytes(tag.attribute(), name.data(), name.size());
 }
 
-// Gives the tag's attribute, if it has one, to the targets of `node` that ask for it.
+// Gives the tag's attribute to the targets of `node` that ask for it.
 inline bool store_attribute(Scan& scan, const Tag& tag, const Node& node) {
-  if (!tag.has_attribute()) return true;
   for (u32 number = node.attributeTargets; number != kNone;) {
     const Target& target = scan.plan.targets[number];
     if (is_named(tag, {target.attributeName, target.attributeNameLength}) &&
@@ -284,6 +283,11 @@ inline bool store_attribute(Scan& scan, const Tag& tag, const Node& node) {
     number = target.next;
   }
   return true;
+}
+
+// Of a tag that is known to have no attribute nothing but its numbers is ever made.
+inline bool gives_attribute(const Tag& tag, const Node& node) {
+  return tag.has_attribute() && (node.flags & kAttributeTargets) != 0;
 }
 
 // Opens an element whose nodes stand behind the last ones alive, up to `end`; false when memory is
@@ -299,8 +303,7 @@ PXCL_INLINED bool open_usual(Scan& scan, OpenElement& opened, const Tag& tag, co
   for (; node != end; ++node) {
     const Node& matched = scan.plan.nodes[*node];
     flags |= matched.flags;
-    if ((matched.flags & kAttributeTargets) != 0 && !store_attribute(scan, tag, matched))
-      return false;
+    if (gives_attribute(tag, matched) && !store_attribute(scan, tag, matched)) return false;
     if (matched.belowTargets == kNone) continue;
     if (!scan.below.push({*node, scan.depth})) return false;
     refresh_standing(scan);
@@ -318,8 +321,7 @@ PXCL_INLINED bool take_leaf(Scan& scan, const Tag& tag, const char* close, const
   const u32 length = static_cast<u32>(close - tag.text) - tag.length;
   for (; node != end; ++node) {
     const Node& matched = scan.plan.nodes[*node];
-    if ((matched.flags & kAttributeTargets) != 0 && !store_attribute(scan, tag, matched))
-      return false;
+    if (gives_attribute(tag, matched) && !store_attribute(scan, tag, matched)) return false;
     if (!on_leaf(scan, matched, tag.end(), length)) return false;
   }
   return true;
@@ -379,23 +381,39 @@ struct Matched {
   u32* end;
 };
 
+// Appends the nodes below `parent` that the tag matches to those at `out`.
+inline Matched append_matched(Scan& scan, const Tag& tag, const NameKey& name, u32 valueHash,
+                              u32 parent, u32* out) {
+  const u32 children = scan.plan.nodes[parent].flags;
+  if ((children & kValuedChildren) != 0)
+    out = append_valued(scan, tag, name, valueHash, parent, out);
+  u32* const named = out;
+  if ((children & kNamedChildren) != 0) out = append_named(scan, tag, name, parent, out);
+  return {named, out};
+}
+
+// look_up_attribute() below an element that matches several nodes.
+[[gnu::noinline]] inline Matched look_up_below_many(Scan& scan, const OpenElement& element,
+                                                    const Tag& tag, const NameKey& name,
+                                                    u32 valueHash) {
+  const u32* parent = scan.alive.begin() + element.aliveBegin;
+  u32* const parentsEnd = scan.alive.begin() + scan.aliveTop;
+  Matched matched = {parentsEnd, parentsEnd};
+  for (; parent != parentsEnd; ++parent) {
+    matched = append_matched(scan, tag, name, valueHash, *parent, matched.end);
+  }
+  return matched;
+}
+
 [[gnu::noinline]] inline Matched look_up_attribute(Scan& scan, const OpenElement& element,
                                                    const Tag& tag) {
   const NameKey name = read_name(scan, tag.text, tag.nameLength);
   const u32 valueHash = hash_readable(tag.value(), tag.valueLength());
-  const u32* parent = scan.alive.begin() + element.aliveBegin;
-  const u32* parentsEnd = scan.alive.begin() + scan.aliveTop;
-  u32* end = scan.alive.begin() + scan.aliveTop;
-  u32* named = end;
-  for (; parent != parentsEnd; ++parent) {
-    const u32 children = scan.plan.nodes[*parent].flags;
-    if ((children & kValuedChildren) != 0) {
-      end = append_valued(scan, tag, name, valueHash, *parent, end);
-    }
-    named = end;
-    if ((children & kNamedChildren) != 0) end = append_named(scan, tag, name, *parent, end);
+  if (scan.aliveTop - element.aliveBegin != 1) {
+    return look_up_below_many(scan, element, tag, name, valueHash);
   }
-  return {named, end};
+  u32* const end = scan.alive.begin() + scan.aliveTop;
+  return append_matched(scan, tag, name, valueHash, end[-1], end);
 }
 
 // Appends the nodes below `parent` that a tag without attribute matches whose name, with this hash
@@ -438,7 +456,16 @@ inline u32* visit_parents(Scan& scan, const OpenElement& element, const Append& 
   });
 }
 
+// look_up_plain() below an element that matches several nodes.
+[[gnu::noinline]] inline u32* look_up_below_many(Scan& scan, const OpenElement& element,
+                                                 const char* text, u32 length, u32 hash) {
+  return visit_parents(scan, element, [&](u32 parent, u32* end) {
+    return append_plain(scan, text, length, hash, parent, end);
+  });
+}
+
 // Puts the nodes that a tag without attribute matches behind those alive, and returns their end.
+// Some node of `element` has children without attribute.
 inline u32* look_up_plain(Scan& scan, const OpenElement& element, const char* text, u32 length) {
   const u64 word = load_bytes(text, 8);
   u32 local = 0;
@@ -450,9 +477,11 @@ inline u32* look_up_plain(Scan& scan, const OpenElement& element, const char* te
     return look_up_other(scan, element, text, length);
   }
   const u32 hash = hash_readable(text + local, length - local);
-  return visit_parents(scan, element, [&](u32 parent, u32* end) {
-    return append_plain(scan, text, length, hash, parent, end);
-  });
+  if (scan.aliveTop - element.aliveBegin != 1) {
+    return look_up_below_many(scan, element, text, length, hash);
+  }
+  u32* const end = scan.alive.begin() + scan.aliveTop;
+  return append_plain(scan, text, length, hash, end[-1], end);
 }
 
 }  // namespace pxcl::xml
