@@ -21,10 +21,6 @@ QualifiedName split_value(std::string_view value) {
   return {{value.data(), colon}, from(value, colon + 1)};
 }
 
-// The row of the second vendor namespace.
-constexpr u32 kValueRow = 3;
-static_assert(kNamespaces[kValueRow].uri == kQualifiedValueUri);
-
 // The keyword without ":" that a value answers; the value itself when it answers none.
 std::string_view key_of(const Scan& scan, std::string_view value) {
   const QualifiedName name = split_value(value);

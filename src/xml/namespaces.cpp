@@ -55,7 +55,6 @@ constexpr ClXmlNameSpaceEntry clNsTable[5] = {
     {kNamespaces[3].uri.data(), kNamespaces[3].prefix.data(), nullptr, 0},
     {nullptr, nullptr, nullptr, 0},
 };
-static_assert(kQualifiedValueUri == clNsTable[3].uri);
 static_assert(clNsTable[4].uri == nullptr, "the table is walked up to its null row");
 
 int32_t ClXmlInitializeNameSpaceTable(ClXmlNameSpaceEntry** out) {

@@ -35,8 +35,9 @@ inline constexpr Namespace kNamespaces[kNamespaceCount] = {
     {"ikw", PXCL_URI_VENDOR_2, PXCL_XMLNS("ikw", PXCL_URI_VENDOR_2)},
 };
 
-// The namespace in which qualified names in attribute values are resolved.
-inline constexpr std::string_view kQualifiedValueUri = PXCL_URI_VENDOR_2;
+// The row of the namespace in which qualified names in attribute values are resolved.
+inline constexpr u32 kValueRow = 3;
+static_assert(kNamespaces[kValueRow].uri == PXCL_URI_VENDOR_2);
 
 // Two URIs are the same when they differ in one "/" at their ends at most.
 bool is_same_uri(std::string_view a, std::string_view b);

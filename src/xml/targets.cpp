@@ -36,7 +36,7 @@ std::span<ClXmlTarget> targets_of(const ClXmlParserData& data) {
 // --- Matching ------------------------------------------------------------------------------------
 
 bool is_in_value_namespace(const ClXmlNameSpaceEntry* row) {
-  return row != nullptr && is_same_uri(row->uri, kQualifiedValueUri);
+  return row != nullptr && is_same_uri(row->uri, kNamespaces[kValueRow].uri);
 }
 
 // Values are qualified names of one namespace only: the requested one with the table's prefix or
