@@ -502,6 +502,8 @@ TEST(Routes, AgreeOnListsWithOneOddByte) {
       EXPECT_EQ(pxcl_test::compare_routes({0, paths, 0, in_document("", odd)}), "") << at << byte;
     }
   }
+  const std::string cut = "<?xml ?><cmd>" + rows + "<a k=\"x\">\n<b>" + std::string(100, 'w');
+  EXPECT_EQ(pxcl_test::compare_routes({0, paths, 0, cut}), "");
 }
 
 // Some of these tags are looked for where others stand.
