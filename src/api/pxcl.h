@@ -14,7 +14,8 @@
  *
  *  1. Text is a pointer and a length in bytes, not terminated, unless a function says otherwise;
  *     job IDs, dates and other small texts that go into commands are strings ended by a zero byte.
- *     Nothing is read at or past text + length.
+ *     Nothing is read at or past text + length. Lengths have 64 bits on every processor; where
+ *     addresses have 32, a text longer than memory can be is refused, or nothing is found in it.
  *  2. The caller owns every document, buffer and record that it passes. Nothing passed is kept
  *     after the call returns. What a call allocates it frees before it returns, on success and
  *     failure alike; contexts, blocks and results that are handed out name the call that gives them

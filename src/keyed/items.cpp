@@ -78,8 +78,9 @@ bool is_unknown(const ItemEntry& entry, const ItemSet& item) {
 
 // By code, then by namespace and by value. The two readers place entries without code, which is
 // negative, differently, and callers rely on both.
+constexpr u32 kRankAt = 48;
 u64 with_rank(u16 rank, const ItemEntry& entry) {
-  return u64{rank} << 48 | u64{entry.nameSpace} << 32 | entry.value;
+  return u64{rank} << kRankAt | u64{entry.nameSpace} << 32 | entry.value;
 }
 u64 without_code_first(const ItemEntry& entry) {
   return with_rank(static_cast<u16>(entry.code ^ std::numeric_limits<i16>::min()), entry);
@@ -93,7 +94,7 @@ u64 without_code_last(const ItemEntry& entry) {
 template <u64 (*OrderOf)(const ItemEntry&)>
 void order(std::span<ItemEntry> entries) {
   const auto goes_first = [](const ItemEntry& a, const ItemEntry& b) {
-    return OrderOf(a) >> 48 < OrderOf(b) >> 48;
+    return OrderOf(a) >> kRankAt < OrderOf(b) >> kRankAt;
   };
   if (std::is_sorted(entries.begin(), entries.end(), goes_first)) return;
   std::sort(entries.begin(), entries.end(),

@@ -10,7 +10,8 @@
  *    KWVS_BAD_ARGUMENT where the result is a status, null where it is a pointer, and no effect
  * where there is none.
  * 2. Functions whose name ends in X take a length as an unsigned 64-bit size; the plain ones take a
- *    signed 32-bit length, and anything below 1 is empty.
+ *    signed 32-bit length, and anything below 1 is empty. Where addresses have 32 bits, a size that
+ *    no memory can have is as good as 0, but that such ranges are never equal.
  * 3. Copies and appends take the source first and the destination second.
  * 4. There is no state: any thread may call any function.
  */

@@ -94,8 +94,7 @@ inline u32 find_mark(const char* text, const char* limit, u32 at) {
 // Where the value ends that begins at tag.value; false when it is not usual.
 inline bool read_value(const char* text, Shape& shape, FollowingTag& tag) {
   const char* value = text + tag.value;
-  u64 marks = end_lane(value);
-  if (marks == 0) marks = u64{end_lane(value + kLane)} << kLane;
+  const u64 marks = end_marks(value);
   if (!shape.valueLength.ends_at(marks)) {
     if (marks == 0) return false;
     shape.valueLength.note(lowest(marks));

@@ -244,17 +244,18 @@ inline bool is_value_end(const char* bytes) {
   return std::memcmp(bytes, "\">", 2) == 0;
 }
 
+// The marks of end_lane in the first of two lanes that has one.
+inline u64 end_marks(const char* value) {
+  const u32 first = end_lane(value);
+  return first != 0 ? first : u64{end_lane(value + kLane)} << kLane;
+}
+
 // The length of a usual value without white space that ends with a double quote and ">", 2 * kLane
 // bytes at most; 0 for others.
 inline u32 plain_value_length(const char* value) {
-  u32 at = 0;
-  u32 marks = end_lane(value);
-  if (marks == 0) {
-    at = kLane;
-    marks = end_lane(value + kLane);
-    if (marks == 0) return 0;
-  }
-  at += static_cast<u32>(std::countr_zero(marks));
+  const u64 marks = end_marks(value);
+  if (marks == 0) return 0;
+  const u32 at = static_cast<u32>(std::countr_zero(marks));
   return is_value_end(value + at) ? at : 0;
 }
 
