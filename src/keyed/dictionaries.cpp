@@ -607,5 +607,10 @@ namespace pxcl::keyed {
 constexpr WordIndex kPaperSizeWords = index_words(glb_clssdicPaperSizeTbl);
 constexpr WordIndex kPaperTypeWords = index_words(glb_clssdicPaperTypeTbl);
 constexpr WordIndex kOperationWords = index_words(glb_clssdicOperationTbl);
+constexpr WordIndex kStatusWords = index_words(glb_clssdicStatusTbl);
+constexpr WordIndex kStatusDetailWords = index_words(glb_clssdicStatusDetailTbl);
+constexpr WordIndex kStateWords = index_words(glb_clssdicStateTbl);
+constexpr WordIndex kJobProgressWords = index_words(glb_clssdicJobProgressTbl);
+constexpr WordIndex kResponseDetailWords = index_words(glb_clssdicResponseDetailTbl);
 
 }  // namespace pxcl::keyed

@@ -53,12 +53,22 @@ constexpr WordIndex index_words(const ClssDicRow (&table)[count]) {
 extern const WordIndex kPaperSizeWords;
 extern const WordIndex kPaperTypeWords;
 extern const WordIndex kOperationWords;
+extern const WordIndex kStatusWords;
+extern const WordIndex kStatusDetailWords;
+extern const WordIndex kStateWords;
+extern const WordIndex kJobProgressWords;
+extern const WordIndex kResponseDetailWords;
 
 // The index of a dictionary; null when it has none.
 inline const WordIndex* word_index_of(const ClssDicRow* dictionary) {
   if (dictionary == glb_clssdicPaperSizeTbl) return &kPaperSizeWords;
   if (dictionary == glb_clssdicPaperTypeTbl) return &kPaperTypeWords;
   if (dictionary == glb_clssdicOperationTbl) return &kOperationWords;
+  if (dictionary == glb_clssdicStatusTbl) return &kStatusWords;
+  if (dictionary == glb_clssdicStatusDetailTbl) return &kStatusDetailWords;
+  if (dictionary == glb_clssdicStateTbl) return &kStateWords;
+  if (dictionary == glb_clssdicJobProgressTbl) return &kJobProgressWords;
+  if (dictionary == glb_clssdicResponseDetailTbl) return &kResponseDetailWords;
   return nullptr;
 }
 
