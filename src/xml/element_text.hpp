@@ -73,18 +73,13 @@ template <typename Separators>
 constexpr bool read_simple_element(ElementText text, Separators separators, Node& node,
                                    RequestedAttribute& attribute) {
   u32 at = separators.next();
-  u32 local = 0;
   if (at == 0) return false;
-  if (at != text.size && text[at] == ':') {
-    local = at + 1;
-    at = separators.next();
-  }
+  if (at != text.size && text[at] == ':') at = separators.next();
   node.text = text.bytes;
   node.textLength = node.nameLength = at;
-  node.localBegin = local;
   node.flags = kSimple;
   node.attributeCount = 0;
-  const u32 nameHash = separators.hash(text.bytes, local, at);
+  const u32 nameHash = separators.hash(text.bytes, 0, at);
   if (text.ends_element(at)) {
     node.key = element_key(node.parent, nameHash, kPlainKey);
     return true;
@@ -128,7 +123,9 @@ struct SeparatorMarks {
     return at;
   }
   u32 hash(const char* bytes, u32 begin, u32 end) const {
-    return hash_part(bytes, before, begin, end);
+    const bool isReadable = before + end >= 8;
+    return isReadable ? hash_readable(bytes + begin, end - begin)
+                      : hash_bytes(bytes + begin, end - begin);
   }
 };
 

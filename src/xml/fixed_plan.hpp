@@ -46,17 +46,20 @@ struct PlanDraft {
   static constexpr void clear(Node& node) {
     node.parent = node.nextInBucket = kNone;
     node.elementTargets = node.attributeTargets = node.belowTargets = kNone;
+    node.next = 0;
   }
 
-  constexpr u32 find(const Node& wanted) const {
+  constexpr u32 find(Node& wanted) {
     for (u32 i = 1; i < nodeCount; ++i) {
-      const Node& node = nodes[i];
-      if (node.key == wanted.key && node.parent == wanted.parent &&
-          (node.flags & kEachValue) == (wanted.flags & kEachValue) &&
+      Node& node = nodes[i];
+      if (node.key != wanted.key || node.parent != wanted.parent) continue;
+      if ((node.flags & kEachValue) == (wanted.flags & kEachValue) &&
           std::string_view(node.text, node.textLength) ==
               std::string_view(wanted.text, wanted.textLength)) {
         return i;
       }
+      node.flags &= ~u32{kSimple};
+      wanted.flags &= ~u32{kSimple};
     }
     return kNone;
   }
@@ -76,6 +79,62 @@ struct PlanDraft {
     return nodeCount++;
   }
 
+  // Whether a usual tag may hold this as a name, or as a value.
+  static constexpr bool is_usual_name(std::string_view text) {
+    for (const char byte : text) {
+      if (byte <= '/' || byte == '<' || byte == '>') return false;
+    }
+    return !text.empty();
+  }
+  static constexpr bool is_usual_value(std::string_view text) {
+    for (const char byte : text) {
+      if (byte <= ' ' || byte == '<' || byte == '>') return false;
+    }
+    return !text.empty();
+  }
+
+  // Whether some node stands for the same element with the attribute at hand, whatever its value is.
+  constexpr bool has_named_sibling(const Node& node) const {
+    for (u32 i = 1; i < nodeCount; ++i) {
+      const Node& other = nodes[i];
+      if (other.parent == node.parent && child_flag(other.key) == kNamedChildren &&
+          std::string_view(other.text, other.nameLength) ==
+              std::string_view(node.text, node.nameLength)) {
+        return true;
+      }
+    }
+    return false;
+  }
+
+  // Whether the node is exact, as Node::next has to be: without attribute, or with one and its value,
+  // for which nothing asks. One that begins with "x" may declare a namespace.
+  constexpr bool is_exact(u32 number) const {
+    const Node& node = nodes[number];
+    if ((node.flags & kSimple) == 0 || node.nameLength >= 2 * kLane) return false;
+    if (!is_usual_name({node.text, node.nameLength})) return false;
+    if (node.attributeCount == 0) return true;
+    const RequestedAttribute& attribute = attributes[node.firstAttribute];
+    return attribute.name[0] != 'x' && is_usual_name({attribute.name, attribute.nameLength}) &&
+           is_usual_value({attribute.value, attribute.valueLength}) && !has_named_sibling(node);
+  }
+
+  // The first child of `parent` behind `number`; 0 without one.
+  constexpr u32 next_child(u32 parent, u32 number) const {
+    for (u32 i = number + 1; i < nodeCount; ++i) {
+      if (nodes[i].parent == parent) return i;
+    }
+    return 0;
+  }
+
+  // Node::next
+  constexpr u32 node_behind(u32 number) const {
+    u32 found = next_child(number, number);
+    for (; found == 0 && number != kRootNode; number = nodes[number].parent) {
+      found = next_child(nodes[number].parent, number);
+    }
+    return found != 0 && is_exact(found) ? found : 0;
+  }
+
   constexpr std::string_view attribute_name(const Node& node) const {
     const RequestedAttribute& attribute = attributes[node.firstAttribute];
     return {attribute.name, attribute.nameLength};
@@ -84,7 +143,7 @@ struct PlanDraft {
   // Hangs the target under the node of its last element.
   constexpr void attach(u32 node, Target target) {
     u32& list = target.isAttribute ? nodes[node].attributeTargets : nodes[node].elementTargets;
-    nodes[node].flags |= target.isAttribute ? kAttributeTargets : kElementTargets;
+    nodes[node].flags = with_target(nodes[node], target);
     target.next = list;
     list = targetCount;
     targets[targetCount++] = target;
@@ -126,7 +185,7 @@ template <const auto& kKeys>
 consteval auto fixed_plan() {
   constexpr auto kDraft = draft_plan<kKeys>();
   FixedPlan<kDraft.nodeCount, kDraft.attributeCount + 1, kDraft.targetCount,
-            std::bit_ceil(kDraft.nodeCount * 2)>
+            std::bit_ceil(kDraft.nodeCount * 4)>
       made = {};
   for (u32 i = 0; i < kDraft.attributeCount; ++i) made.attributes[i] = kDraft.attributes[i];
   for (u32 i = 0; i < kDraft.targetCount; ++i) made.targets[i] = kDraft.targets[i];
@@ -134,6 +193,7 @@ consteval auto fixed_plan() {
   made.nodes[kRootNode] = kDraft.nodes[kRootNode];
   for (u32 i = kRootNode + 1; i < kDraft.nodeCount; ++i) {
     made.nodes[i] = kDraft.nodes[i];
+    made.nodes[i].next = kDraft.node_behind(i);
     u32& bucket = made.buckets[bucket_of(made.nodes[i].key, std::size(made.buckets) - 1)];
     made.nodes[i].nextInBucket = bucket;
     bucket = i;

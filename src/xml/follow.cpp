@@ -168,8 +168,7 @@ inline bool serve_own(Scan& scan, const char* text, const Shape& shape, Followin
 inline u32* append_by_value(Scan& scan, const char* text, const Shape& shape,
                             const FollowingTag& following, u32 parent, u32* out) {
   const Tag tag = as_tag(text, shape, following);
-  const u32 valueHash = hash_readable(tag.value(), tag.valueLength());
-  return append_valued(scan, tag, shape.name, valueHash, parent, out);
+  return append_nodes(scan, tag, shape.name, parent, by_value(parent, shape.name.hash, tag), out);
 }
 
 [[gnu::noinline]] bool serve_nodes(Scan& scan, const char* text, const Shape& shape,
@@ -187,8 +186,8 @@ inline u32* append_by_value(Scan& scan, const char* text, const Shape& shape,
   return shape.node == kNone || serve_own(scan, text, shape, tag);
 }
 
-inline bool serve_leaf(Scan& scan, const char* text, const Shape& shape, const FollowingTag& tag,
-                       u32 aliveTop) {
+inline bool serve_following(Scan& scan, const char* text, const Shape& shape,
+                            const FollowingTag& tag, u32 aliveTop) {
   ++scan.serial;
   const bool mayMatch = shape.byValue || shape.node != kNone;
   return !mayMatch || serve_nodes(scan, text, shape, tag, aliveTop);
@@ -217,7 +216,7 @@ inline i32 stop_following(Scan& scan, Cursor& cursor, const Follower& follower, 
   scan.depth += static_cast<u32>(follower.top - cursor.top);
   scan.aliveTop = follower.aliveTop;
   cursor.top = follower.top;
-  cursor.at = cursor.text + follower.at;
+  cursor.at = scan.document.data() + follower.at;
   return status_of(scan, cursor, taken);
 }
 
@@ -234,12 +233,13 @@ inline i32 stop_behind_tag(Scan& scan, Cursor& cursor, Follower follower) {
   bool taken = true;
   const u32 stretchBegin = follower.at;
   if (follower.isPending) {
-    const char* name = cursor.text + follower.tag.value - key.length;
-    const char* inside = cursor.text + follower.tag.inside;
-    if (find_leaf_end(cursor.limit, name, key.nameLength, inside) == nullptr) {
+    const char* name = scan.document.data() + follower.tag.value - key.length;
+    const char* inside = scan.document.data() + follower.tag.inside;
+    if (find_leaf_end(scan.limit, name, key.nameLength, inside) == nullptr) {
       return stop_at_tag(scan, cursor, follower);
     }
-    taken = serve_leaf(scan, cursor.text, *follower.shape, follower.tag, follower.aliveTop);
+    taken = serve_following(scan, scan.document.data(), *follower.shape, follower.tag,
+                            follower.aliveTop);
     follower.at += key.nameLength + 3;  // the end tag: "</name>"
   }
   begin_stretch(scan, stretchBegin, follower.shape);
@@ -267,7 +267,7 @@ inline Stop follow_all(Scan& scan, const char* text, const char* limit, Follower
     }
     stop = Stop::kBehindTag;
     if (follower.isPending &&
-        !serve_leaf(scan, text, *follower.shape, follower.tag, follower.aliveTop)) {
+        !serve_following(scan, text, *follower.shape, follower.tag, follower.aliveTop)) {
       return Stop::kNoMemory;
     }
     pass_stretch(scan, follower, stretch);
@@ -319,7 +319,7 @@ Learned learn(Scan& scan, OpenElement& parent, const Tag& tag, bool isLeaf, Matc
 
 i32 follow(Scan& scan, Cursor& cursor, Shape& first, u32 at) {
   Follower follower = {&first, cursor.top, at, scan.aliveTop, false, {}};
-  const Stop stop = follow_all(scan, cursor.text, cursor.limit, follower);
+  const Stop stop = follow_all(scan, scan.document.data(), scan.limit, follower);
   if (stop == Stop::kBehindTag) return stop_behind_tag(scan, cursor, follower);
   if (stop == Stop::kAtTag) return stop_at_tag(scan, cursor, follower);
   if (stop == Stop::kNoMemory) return stop_following(scan, cursor, follower, false);

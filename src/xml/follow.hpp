@@ -5,7 +5,7 @@
 
 #pragma once
 
-#include "xml/usual_tag.hpp"
+#include "xml/take_tag.hpp"
 
 namespace pxcl::xml {
 

@@ -16,13 +16,12 @@ namespace {
 struct ElementExtent {
   u32 end;      // of the separating "/", or of the path's end
   u32 nameEnd;  // of the first white space, or `end`
-  u32 colon;    // of the name's first ":"; kNone without one
 };
 
 // An element ends at the first "/" before which an even number of double quotes stands.
 [[gnu::cold]] ElementExtent measure_element(std::string_view path, u32 begin) {
   const u32 size = static_cast<u32>(path.size());
-  ElementExtent extent = {size, kNone, kNone};
+  ElementExtent extent = {size, kNone};
   bool quoted = false;
   for (u32 lane = begin; lane < size && extent.end == size; lane += kLane) {
     NameMarks marks = name_marks(path, lane);
@@ -38,10 +37,8 @@ struct ElementExtent {
         extent.nameEnd = at;
       }
     }
-    if (extent.colon == kNone && marks.colon != 0) extent.colon = lane + lowest(marks.colon);
   }
   if (extent.nameEnd == kNone) extent.nameEnd = extent.end;
-  if (extent.colon >= extent.nameEnd) extent.colon = kNone;
   return extent;
 }
 
@@ -60,14 +57,16 @@ inline bool is_same(const char* a, const char* b, u32 length) {
 }
 
 // The node there with the same element among those of one bucket, of which `found` is the first.
-inline u32 find_in_bucket(const Node* nodes, u32 found, const Node& wanted) {
+inline u32 find_in_bucket(Node* nodes, u32 found, Node& wanted) {
   for (; found != kNone; found = nodes[found].nextInBucket) {
-    const Node& node = nodes[found];
-    if (node.key == wanted.key && node.parent == wanted.parent &&
-        ((node.flags ^ wanted.flags) & kEachValue) == 0 && node.textLength == wanted.textLength &&
+    Node& node = nodes[found];
+    if (node.key != wanted.key || node.parent != wanted.parent) continue;
+    if (((node.flags ^ wanted.flags) & kEachValue) == 0 && node.textLength == wanted.textLength &&
         equal_text(node.text, wanted.text, wanted.textLength)) {
       break;
     }
+    node.flags &= ~u32{kSimple};
+    wanted.flags &= ~u32{kSimple};
   }
   return found;
 }
@@ -115,6 +114,7 @@ inline u32 enter_node(Index& index, u32 number, u32 firstAttribute) {
   }
   node.nextInBucket = bucket;
   node.elementTargets = node.attributeTargets = node.belowTargets = kNone;
+  node.next = 0;
   node.firstAttribute = firstAttribute;
   index.attributes.size = firstAttribute + node.attributeCount;
   nodes[node.parent].flags |= child_flag(node.key);
@@ -156,10 +156,9 @@ bool split_attributes(Index& index, Node& node, u32 nameHash) {
   node.text = path.data() + begin;
   node.textLength = extent.end - begin;
   node.nameLength = extent.nameEnd - begin;
-  node.localBegin = extent.colon == kNone ? 0 : extent.colon - begin + 1;
   node.flags = node.nameLength == 0 ? u32{kImpossible} : 0u;
   node.attributeCount = 0;
-  const u32 nameHash = hash_bytes(node.text + node.localBegin, node.nameLength - node.localBegin);
+  const u32 nameHash = hash_bytes(node.text, node.nameLength);
   node.key = element_key(node.parent, nameHash, kPlainKey);
   return node.nameLength == node.textLength || split_attributes(index, node, nameHash);
 }
@@ -243,9 +242,9 @@ inline void append_to_list(u32& head, Target& target, u32 number) {
 inline void attach(const Index& index, Node& node, const Asked& asked) {
   Target& target = *asked.target;
   if ((node.flags & kNameOnly) != 0 && !asked.kindKnown) ask_for_attribute(index, node, target);
+  node.flags = with_target(node, target);
   append_to_list(target.isAttribute ? node.attributeTargets : node.elementTargets, target,
                  asked.number);
-  node.flags |= target.isAttribute ? kAttributeTargets : kElementTargets;
 }
 
 // Hangs the target under the node of its last element, making nodes on the way. An attribute

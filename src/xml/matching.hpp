@@ -34,7 +34,7 @@ inline bool names_match(const Node& node, std::string_view name, u32 colon, u32 
   }
   const std::string_view prefix = kNamespaces[row].prefix;
   const u32 length = static_cast<u32>(name.size()) - colon;
-  return node.localBegin == prefix.size() + 1 && node.nameLength == prefix.size() + length &&
+  return node.nameLength == prefix.size() + length &&
          equal_bytes(node.text, prefix.data(), prefix.size()) &&
          equal_bytes(node.text + prefix.size(), name.data() + colon, length);
 }

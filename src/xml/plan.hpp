@@ -38,14 +38,14 @@ enum NodeFlags : u16 {
   kNameOnly = 128,    // this element names an attribute without value: it admits further ones
   kImpossible = 256,  // no element of a document can match this one
   kEachValue = 512,   // its attribute stands for every value, and no other may stand beside it
-  kSimple = 1024,     // no prefix in it but its name's: a tag that is written so means the same
+  kSimple = 1024,     // a tag that is written so means this and, of those with its key, no other
+  kOneFirst = 2048,   // one target asks for its text, and for the first one only
 };
 
 struct Node {
   const char* text;  // the element as requested; its name comes first
   u32 textLength;
   u32 nameLength;
-  u32 localBegin;  // behind the name's ":"
   u32 parent;
   u32 key;
   u32 nextInBucket;
@@ -55,6 +55,9 @@ struct Node {
   u32 elementTargets;    // list of targets that ask for this element's text, kNone for none
   u32 attributeTargets;  // targets that ask for an attribute of it
   u32 belowTargets;      // targets whose path ends in "/": they match every element below
+  u32 next;  // of a fixed plan: what the tag behind this one's matches where a document has its
+      // elements in the order of the keys. 0 unless it is exact: a tag with the very bytes of
+      // an exact node matches this one alone, and nothing asks for its attribute
 };
 static_assert(sizeof(Node) <= 64, "within a cache line");
 
@@ -70,6 +73,13 @@ struct Target {
   bool isAttribute;
   bool hasNoPath;  // its path is null
 };
+
+// The flags of a node that gets a further target.
+constexpr u32 with_target(const Node& node, const Target& target) {
+  if (target.isAttribute) return node.flags | kAttributeTargets;
+  const bool isOne = node.elementTargets == kNone && target.collect == Collect::kFirst;
+  return (node.flags & ~u32{kOneFirst}) | kElementTargets | (isOne ? kOneFirst : 0);
+}
 
 struct Plan {
   const Node* nodes;
@@ -105,11 +115,12 @@ constexpr u64 load_bytes(const char* bytes, u32 count) {
   return value;
 }
 
-// Of a text's first and last eight bytes and its length: names that stand side by side differ
-// there, mostly in their last byte, which is turned to where it reaches half of the product.
-constexpr u32 mix_hash(u64 low, u64 high, u32 length) {
-  const u64 mixed = low * 0x9E3779B97F4A7C15u + std::rotl(high, 32) * 0xC2B2AE3D27D4EB4Fu;
-  return static_cast<u32>(mixed >> 32) + length;
+// Of a text's first and last eight bytes and its length: names that stand side by side differ in
+// their prefix or near their end, mostly in their last byte. That is turned to where it reaches most
+// of the product, and by no whole number of bytes: short texts do not meet themselves there.
+constexpr u32 mix_hash(u64 first, u64 last, u32 length) {
+  const u64 mixed = first ^ std::rotl(last, 44);
+  return static_cast<u32>((mixed * 0x9E3779B97F4A7C15u) >> 32) + length;
 }
 
 constexpr u32 hash_bytes(const char* bytes, u32 length) {
@@ -125,21 +136,13 @@ constexpr u32 hash_bytes(const char* bytes, u32 length) {
   return mix_hash(value, value, length);
 }
 
-// The same where eight bytes can be read from `bytes` on, and on a little-endian processor.
+// The same where eight bytes can be read up to the text's end, and on a little-endian processor.
 inline u32 hash_readable(const char* bytes, u32 length) {
   if (!kLittleEndian) return hash_bytes(bytes, length);
-  const u64 first = load_bytes(bytes, 8);
-  if (length >= 8) return mix_hash(first, load_bytes(bytes + length - 8, 8), length);
-  const u64 value = first & ((u64{1} << 8 * length) - 1);
-  return mix_hash(value, value, length);
-}
-
-// The hash of text[begin, end), with `before` readable bytes in front of the text.
-inline u32 hash_part(const char* text, u32 before, u32 begin, u32 end) {
-  const u32 length = end - begin;
-  if (!kLittleEndian || before < 8) return hash_bytes(text + begin, length);
-  const u64 last = load_bytes(text + end - 8, 8);
-  if (length >= 8) return mix_hash(load_bytes(text + begin, 8), last, length);
+  const u64 last = load_bytes(bytes + length - 8, 8);
+  if (length >= 8) [[likely]] {
+    return mix_hash(load_bytes(bytes, 8), last, length);
+  }
   const u64 value = last >> (56 - 8 * length) >> 8;  // in two steps, since the length may be 0
   return mix_hash(value, value, length);
 }
@@ -167,8 +170,10 @@ constexpr u32 child_flag(u32 key) {
 
 // memcmp for the lengths that names have, without a call: two overlapping words at each end.
 inline bool equal_bytes(const char* a, const char* b, u64 length) {
-  if (length < 4 || length > 32) {
-    return length == 0 || std::memcmp(a, b, static_cast<std::size_t>(length)) == 0;
+  if (length > 32) return std::memcmp(a, b, static_cast<std::size_t>(length)) == 0;
+  if (length < 4) {
+    return length == 0 ||
+           (a[0] == b[0] && a[length / 2] == b[length / 2] && a[length - 1] == b[length - 1]);
   }
   const auto differs = [&](u64 at, u32 width) {
     return load_bytes(a + at, width) ^ load_bytes(b + at, width);

@@ -77,7 +77,6 @@ struct DeclaredPrefix {
 struct KnownPrefix {
   u64 mask = 0;
   u64 word = ~u64{0};  // no name has that under this mask
-  u32 length = 0;
 };
 
 // How far the text of the innermost irregular element was taken apart. While it holds an odd number
@@ -116,8 +115,9 @@ struct Scan {
   u32 flags;
   ClXmlNameSpaceEntry* table;  // the run's copy of clNsTable
 
-  u32 at = 0;        // behind the markup taken last
-  u32 position = 0;  // of the byte that the scan stopped at
+  const char* limit;  // up to here the loop over usual tags may read kReach bytes
+  u32 at = 0;         // behind the markup taken last
+  u32 position = 0;   // of the byte that the scan stopped at
   u32 serial = 0;
   bool metText = false;
   bool metAttributes = false;
@@ -132,6 +132,7 @@ struct Scan {
 
   u32 depth = 0;
   u32 aliveTop = 1;
+  u32 nextNode = 0;        // that the next tag is expected to match, see Node::next
   u32 irregularCount = 0;  // numbers the irregular elements that were taken apart
   GrowingElement growing = {};
   GrowingArray<OpenElement, 64> open = {};
@@ -197,6 +198,20 @@ inline PathName spell(std::string_view name, u32 colon, u32 row) {
 inline PathName resolve(const Scan& scan, std::string_view name, u32 colon, u32 generation) {
   if (colon == kNone) return {{}, name};
   return spell(name, colon, find_row(scan, {name.data(), colon}, generation));
+}
+
+// hash_bytes() of such a name.
+inline u32 hash_name(const PathName& name) {
+  if (name.prefix.empty()) return hash_bytes(name.rest.data(), static_cast<u32>(name.rest.size()));
+  const u32 length = static_cast<u32>(name.size());
+  const u32 count = std::min(length, u32{8});
+  char first[8] = {}, last[8] = {};
+  for (u32 i = 0; i < count; ++i) {
+    first[i] = name[i];
+    last[i] = name[length - count + i];
+  }
+  return length < 8 ? hash_bytes(last, length)
+                    : mix_hash(load_bytes(first, 8), load_bytes(last, 8), length);
 }
 
 inline bool spells(const PathName& name, std::string_view text) {
@@ -275,6 +290,16 @@ inline void append_range(Finding& finding, u32 offset, u32 length, i32 status) {
 // Keeps what a target wants beside its first match; false when memory is short.
 bool collect(Scan& scan, u32 number, u32 offset, u32 length, i32 status);
 
+inline void note_match(const Scan& scan, Finding& finding, u32 offset, u32 length, i32 status) {
+  if (finding.count == 0) {
+    finding.firstOffset = offset;
+    finding.firstLength = length;
+    finding.firstStatus = status;
+  }
+  ++finding.count;
+  finding.lastSerial = scan.serial;
+}
+
 // Notes a match of a target; false when memory is short.
 inline bool record(Scan& scan, u32 number, u32 offset, u32 length, i32 status) {
   Finding& finding = scan.findings[number];
@@ -284,13 +309,7 @@ inline bool record(Scan& scan, u32 number, u32 offset, u32 length, i32 status) {
   } else if (wanted != Collect::kFirst && !collect(scan, number, offset, length, status)) {
     return false;
   }
-  if (finding.count == 0) {
-    finding.firstOffset = offset;
-    finding.firstLength = length;
-    finding.firstStatus = status;
-  }
-  ++finding.count;
-  finding.lastSerial = scan.serial;
+  note_match(scan, finding, offset, length, status);
   return true;
 }
 
@@ -304,6 +323,10 @@ inline bool visit_list(const Scan& scan, u32 first, const Visit& visit) {
 
 // The text of an element that was not opened: it matches `node`.
 inline bool on_leaf(Scan& scan, const Node& node, u32 offset, u32 length) {
+  if ((node.flags & kOneFirst) != 0) {
+    note_match(scan, scan.findings[node.elementTargets], offset, length, kFound);
+    return true;
+  }
   return visit_list(scan, node.elementTargets,
                     [&](u32 target) { return record(scan, target, offset, length, kFound); });
 }

@@ -103,27 +103,20 @@ i32 take_next(Scan& scan) {
 // What is rare, from the cursor on. It gets a copy: the cursor itself stays in registers.
 template <typename Take>
 inline i32 take_apart(Scan& scan, Cursor& cursor, const Take& take) {
-  Cursor copy = {cursor.text, cursor.at, cursor.limit, cursor.top};
+  Cursor copy = cursor;
   const i32 status = take(scan, copy);
   cursor.at = copy.at;
   cursor.top = copy.top;
   return status;
 }
 
-// A start tag that was read, with the nodes that it matches; a leaf's text ends at `close`.
-PXCL_INLINED i32 take_tag(Scan& scan, Cursor& cursor, const Tag& tag, const char* close,
-                          const u32* end, u32 shape) {
-  return close != nullptr ? pass_leaf(scan, cursor, tag, close, end)
-                          : enter(scan, cursor, tag, end, shape);
-}
-
-// The same, and what is known to follow it.
-[[gnu::noinline]] i32 take_and_learn(Scan& scan, Cursor& cursor, const Tag& tag, const char* close,
-                                     Matched matched) {
+// take_tag(), and what is known to follow the tag.
+inline i32 take_and_learn(Scan& scan, Cursor& cursor, const Tag& tag, const char* close,
+                          Matched matched) {
   const Learned learned = learn(scan, *cursor.top, tag, close != nullptr, matched);
   const i32 status = take_tag(scan, cursor, tag, close, matched.end, learned.element);
   if (learned.leading == nullptr || status != kSuccess) return status;
-  const u32 stretchBegin = offset_of(cursor, close != nullptr ? close : cursor.at);
+  const u32 stretchBegin = offset_of(scan, close != nullptr ? close : cursor.at);
   if (stretchBegin < learned.leading->follower.limit) {
     return follow(scan, cursor, *learned.leading, stretchBegin);
   }
@@ -131,47 +124,67 @@ PXCL_INLINED i32 take_tag(Scan& scan, Cursor& cursor, const Tag& tag, const char
   return kSuccess;
 }
 
-// A start tag with an attribute.
-[[gnu::noinline]] i32 take_attribute_tag(Scan& scan, Cursor& cursor, u32 nameLength) {
-  Tag tag;
-  tag.text = cursor.at + 1;
-  tag.offset = offset_of(cursor, tag.text);
-  if (u64{tag.offset} + kAttributeReach > scan.document.size()) return kUnusual;
-  if (!read_attribute_tag(tag, nameLength)) return kUnusual;
-  const char* close = find_leaf_end(cursor.limit, tag.text, tag.nameLength, tag.text + tag.length);
-  if (close == nullptr && scan.depth == scan.open.capacity) return kUnusual;
-  u32* none = scan.alive.begin() + scan.aliveTop;
-  Matched matched = {none, none};
-  if ((cursor.top->flags & kAttributeChildren) != 0)
-    matched = look_up_attribute(scan, *cursor.top, tag);
-  scan.metAttributes = true;
+// A start tag in a document that repeats itself, or one that may match several nodes.
+[[gnu::noinline]] i32 take_general_tag(Scan& scan, Cursor& cursor, Tag tag, const char* close,
+                                       u32 number) {
+  const Matched matched = nodes_of(scan, *cursor.top, tag, number);
   return may_repeat(scan) ? take_and_learn(scan, cursor, tag, close, matched)
                           : take_tag(scan, cursor, tag, close, matched.end, kUnsettled);
 }
 
-inline Tag plain_tag(const Cursor& cursor, const char* name, u32 length) {
-  return {name, offset_of(cursor, name), length, 0, 0, length + 1};
+// A start tag with an attribute.
+[[gnu::noinline]] i32 take_attribute_tag(Scan& scan, Cursor& cursor, u32 nameLength) {
+  Tag tag;
+  tag.text = cursor.at + 1;
+  tag.offset = offset_of(scan, tag.text);
+  if (u64{tag.offset} + kAttributeReach > scan.document.size()) return kUnusual;
+  if (!read_attribute_tag(tag, nameLength)) return kUnusual;
+  const char* close = find_leaf_end(scan.limit, tag.text, tag.nameLength, tag.text + tag.length);
+  if (close == nullptr && scan.depth == scan.open.capacity) return kUnusual;
+  scan.metAttributes = true;
+  const u32 number = find_attribute_node(scan, *cursor.top, tag);
+  if (number == kUnclear || may_repeat(scan)) {
+    return take_general_tag(scan, cursor, tag, close, number);
+  }
+  return take_only(scan, cursor, tag, close, number);
+}
+
+inline Tag plain_tag(const Scan& scan, const char* name, u32 length) {
+  return {name, offset_of(scan, name), length, 0, 0, length + 1};
 }
 
 // A start tag without attribute, whose name is `length` long.
 inline i32 take_plain_tag(Scan& scan, Cursor& cursor, u32 length) {
   const char* name = cursor.at + 1;
-  const char* close = find_leaf_end(cursor.limit, name, length, name + length + 1);
+  const char* close = find_plain_leaf_end(scan.limit, name, length);
   if (close == nullptr && scan.depth == scan.open.capacity) return kUnusual;
-  u32* const nodes = scan.alive.begin() + scan.aliveTop;
-  u32* end = nodes;
-  if ((cursor.top->flags & kPlainChildren) != 0) {
-    end = look_up_plain(scan, *cursor.top, name, length);
-  }
-  if (may_repeat(scan)) {
+  const u32 number = find_plain_node(scan, *cursor.top, name, length);
+  if (number == kUnclear || may_repeat(scan)) {
     return take_apart(scan, cursor, [=](Scan& in, Cursor& from) {
-      return take_and_learn(in, from, plain_tag(from, name, length), close, {nodes, end});
+      return take_general_tag(in, from, plain_tag(in, name, length), close, number);
     });
   }
-  return take_tag(scan, cursor, plain_tag(cursor, name, length), close, end, kUnsettled);
+  return take_only(scan, cursor, plain_tag(scan, name, length), close, number);
+}
+
+// A start tag of exactly the bytes of `node`, whose attribute nothing asks for.
+inline i32 take_exact_tag(Scan& scan, Cursor& cursor, u32 number) {
+  const Node& node = scan.plan.nodes[number];
+  const char* name = cursor.at + 1;
+  const u32 length = node.textLength + 1;
+  const char* close = find_leaf_end(scan.limit, name, node.nameLength, name + length);
+  if (close == nullptr && scan.depth == scan.open.capacity) return kUnusual;
+  if (node.attributeCount != 0) scan.metAttributes = true;
+  return take_only(scan, cursor, {name, offset_of(scan, name), node.nameLength, 0, 0, length},
+                   close, number);
 }
 
 inline i32 take_start_tag(Scan& scan, Cursor& cursor) {
+  // Replies mostly hold elements in the order in which they are asked for.
+  const u32 next = scan.nextNode;
+  if (next != 0 && is_exactly(scan, *cursor.top, cursor.at + 1, scan.plan.nodes[next])) {
+    return take_exact_tag(scan, cursor, next);
+  }
   const u32 length = find_name_end(cursor.at + 1);
   if (length == kNone) return kUnusual;
   if (cursor.at[1 + length] == '>') return take_plain_tag(scan, cursor, length);
@@ -187,12 +200,12 @@ inline i32 take_end_tag(Scan& scan, Cursor& cursor) {
   const char* name = cursor.at + 2;
   const char* end = name + top.length;
   if (top.length > 2 * kLane || top.generation != scan.generation || *end != '>' ||
-      !Same(cursor.text + top.offset, name, top.length)) {
+      !Same(scan.document.data() + top.offset, name, top.length)) {
     return kUnusual;
   }
   if ((top.flags & kElementTargets) != 0) {
-    const i32 status = on_element_end(scan, offset_of(cursor, cursor.at), kEmptyElement);
-    scan.position = offset_of(cursor, end);
+    const i32 status = on_element_end(scan, offset_of(scan, cursor.at), kEmptyElement);
+    scan.position = offset_of(scan, end);
     if (status != kSuccess) return status;
   }
   close_in_stretch(scan, top);
@@ -211,16 +224,16 @@ bool same_last_name(const char* a, const char* b, u32 length) {
 inline i32 take_root_end(Scan& scan, const Cursor& cursor) {
   constexpr std::string_view kEndTag = "</cmd>";
   const OpenElement& root = *cursor.top;
-  const std::string_view name = {cursor.text + root.offset, root.length};
+  const std::string_view name = {scan.document.data() + root.offset, root.length};
   if (name != kRootName || (root.flags & kElementTargets) != 0) return kUnusual;
   if (std::string_view(cursor.at, kEndTag.size()) != kEndTag) return kUnusual;
-  scan.position = offset_of(cursor, cursor.at) + static_cast<u32>(kEndTag.size()) - 1;
+  scan.position = offset_of(scan, cursor.at) + static_cast<u32>(kEndTag.size()) - 1;
   return kRootClosed;
 }
 
 // Near the document's end, where no lane can be read: an end tag right behind the one before.
 [[gnu::noinline]] i32 take_last_tag(Scan& scan, Cursor& cursor) {
-  const u64 end = u64{offset_of(cursor, cursor.at)} + 2 + cursor.top->length;
+  const u64 end = u64{offset_of(scan, cursor.at)} + 2 + cursor.top->length;
   const bool isEndTag = end < scan.document.size() && is_end_tag(cursor.at);
   if (!isEndTag) return kUnusual;
   return scan.depth == 1 ? take_root_end(scan, cursor) : take_end_tag<same_last_name>(scan, cursor);
@@ -228,19 +241,19 @@ inline i32 take_root_end(Scan& scan, const Cursor& cursor) {
 
 // White space and text in front of the next tag.
 [[gnu::noinline]] i32 pass_text(Scan& scan, Cursor& cursor) {
-  while (cursor.at <= cursor.limit && is_space(*cursor.at)) ++cursor.at;
-  const char* mark = find_tag_mark(cursor.at, cursor.limit);
+  while (cursor.at <= scan.limit && is_space(*cursor.at)) ++cursor.at;
+  const char* mark = find_tag_mark(cursor.at, scan.limit);
   if (mark == nullptr || *mark != '<') return kUnusual;
   if (mark == cursor.at) return kSuccess;
   scan.lastShape = nullptr;
-  const i32 status = take_text(scan, offset_of(cursor, cursor.at), offset_of(cursor, mark));
+  const i32 status = take_text(scan, offset_of(scan, cursor.at), offset_of(scan, mark));
   if (status == kSuccess) cursor.at = mark;
   return status;
 }
 
 // One tag, or the text in front of it; kUnusual: what follows the cursor is for take_next.
 inline i32 take_usual(Scan& scan, Cursor& cursor) {
-  if (cursor.at > cursor.limit) return take_apart(scan, cursor, take_last_tag);
+  if (cursor.at > scan.limit) return take_apart(scan, cursor, take_last_tag);
   if (*cursor.at != '<') return take_apart(scan, cursor, pass_text);
   const char kind = cursor.at[1];
   if (kind == '/') return take_end_tag<same_name>(scan, cursor);
@@ -250,12 +263,12 @@ inline i32 take_usual(Scan& scan, Cursor& cursor) {
 // Takes usual tags as far as they go. Elements whose text stands in the path buffer are not for it.
 [[gnu::noinline]] i32 take_usual_tags(Scan& scan) {
   const char* text = scan.document.data();
-  Cursor cursor = {text, text + scan.at, text + scan.document.size() - kReach,
-                   &scan.open[scan.depth - 1]};
+  scan.limit = text + scan.document.size() - kReach;
+  Cursor cursor = {text + scan.at, &scan.open[scan.depth - 1]};
   i32 status = kSuccess;
   scan.lastShape = nullptr;
   while (status == kSuccess) status = take_usual(scan, cursor);
-  scan.at = offset_of(cursor, cursor.at);
+  scan.at = offset_of(scan, cursor.at);
   return status;
 }
 

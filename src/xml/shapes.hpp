@@ -23,8 +23,8 @@ inline constexpr u32 kNoShape = kNone - 1;  // its children's tags alone do not 
 // A name, and how it is looked up.
 struct NameKey {
   u32 length;
-  u32 localBegin;
-  u32 row;  // of the prefix that the table's takes the place of; kNone: the name stands as it is
+  u32 colon;  // kNone without one
+  u32 row;    // of the prefix that the table's takes the place of; kNone: the name stands as it is
   u32 hash;
 };
 

@@ -36,9 +36,7 @@ bool probe_attributes(Scan& scan, u32 nameHash, u32 parent, const StartTag& tag)
 i32 match_regular(Scan& scan, const StartTag& tag) {
   const AliveRange parents = parent_nodes(scan);
   if (parents.begin == parents.end) return kSuccess;
-  const u32 localBegin = tag.colon + 1;  // kNone + 1 is 0
-  const u32 nameHash = hash_bytes(tag.written.data() + localBegin,
-                                  static_cast<u32>(tag.written.size()) - localBegin);
+  const u32 nameHash = hash_name(spell(tag.written, tag.colon, tag.row));
   for (u32 i = parents.begin; i < parents.end; ++i) {
     const u32 parent = scan.alive[i];
     if (scan.attributes.size != 0) {
@@ -465,6 +463,20 @@ bool take_other_declaration(Scan& scan, std::string_view& text) {
   return true;
 }
 
+// Where every declared prefix is the table's own, each of these stands as it is: none is the beginning
+// of another.
+void know_own_prefixes(Scan& scan) {
+  constexpr auto known = [](const Namespace& own) {
+    const u32 length = static_cast<u32>(own.prefix.size());
+    KnownPrefix prefix;
+    prefix.mask = (u64{1} << 8 * (length + 1)) - 1;
+    prefix.word = join_bytes(own.prefix.data(), length) | u64{':'} << 8 * length;
+    return prefix;
+  };
+  static constexpr KnownPrefix kFirst[] = {known(kNamespaces[0]), known(kNamespaces[1])};
+  if (kLittleEndian) std::copy(std::begin(kFirst), std::end(kFirst), scan.known);
+}
+
 // Opens the root element "cmd", whose name is at `offset`.
 void open_usual_root(Scan& scan, u32 offset) {
   constexpr u32 kLength = kRootName.size();
@@ -493,10 +505,14 @@ void take_usual_beginning(Scan& scan) {
   if (!rest.starts_with('<') || !from(rest, 1).starts_with(kRootName)) return;
   const u32 name = static_cast<u32>(rest.data() - begin) + 1;
   rest = from(rest, 1 + kRootName.size());
+  bool areOwn = true;
   while (rest.starts_with(' ')) {
-    if (!take_own_declaration(scan, rest) && !take_other_declaration(scan, rest)) break;
+    if (take_own_declaration(scan, rest)) continue;
+    areOwn = false;
+    if (!take_other_declaration(scan, rest)) break;
   }
   if (rest.starts_with('>')) {
+    if (areOwn) know_own_prefixes(scan);
     open_usual_root(scan, name);
     scan.at = static_cast<u32>(rest.data() - begin) + 1;
     return;
