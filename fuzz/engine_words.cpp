@@ -2,12 +2,14 @@
 // SPDX-License-Identifier: Apache-2.0
 
 // The comparison of engine.cpp on a document made of words, with paths to its own elements: what
-// single bytes rarely come upon. The first byte is the flags (below 32: any root), the second one what
+// single bytes rarely come upon. The answers by a plan that the compiler made are compared, too. The first byte is the flags (below 32: any root), the second one what
 // the root declares, each further one a word.
 
 #include <iterator>
 
 #include "engine_routes.hpp"
+#include "fixed_plans.hpp"
+#include "target.hpp"
 
 namespace {
 
@@ -141,5 +143,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   while (!writer.elements.empty()) writer.close("");
   const std::uint32_t flags = data[0] < 32 ? CL_XML_COM_FLAG : 0;
   pxcl_test::require_agreement({flags, writer.paths, 0, writer.document});
+  pxcl::fuzz::require(pxcl_test::answers_of_fixed_plan(writer.document) ==
+                      pxcl_test::answers_of_keys(writer.document));
   return 0;
 }

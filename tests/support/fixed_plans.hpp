@@ -1,0 +1,98 @@
+// SPDX-FileCopyrightText: 2026 The pxcl developers
+// SPDX-License-Identifier: Apache-2.0
+
+// A plan that the compiler made against the same keys handed in one by one.
+
+#pragma once
+
+#include <sstream>
+#include <string>
+
+#include "answers.hpp"
+#include "xml/fixed_plan.hpp"
+
+namespace pxcl_test {
+
+using pxcl::xml::Key;
+using pxcl::xml::Wanted;
+
+#define ITEM "cmd/zirk:a/zirk:item_of_many k"
+
+// Every form of a simple key; two keys of one element, one that ends where another goes on, and some
+// in the order of documents.
+constexpr std::array<Key, 31> kKeys = {{
+    {"cmd/zirk:a"},
+    {"cmd/zirk:a", Wanted::kAll, 1},
+    {"cmd/zirk:a/zirk:b", Wanted::kAll},
+    {"cmd/zirk:a/vrx:b", Wanted::kAll, 2},
+    {"cmd/zirk:a/b_c", Wanted::kAll},
+    {ITEM, Wanted::kAll},
+    {ITEM "/vrx:b", Wanted::kAll},
+    {ITEM "=\"v\"", Wanted::kAll, 3},
+    {ITEM "=\"v\"/zirk:b", Wanted::kAll, 3},
+    {ITEM "=\"value-of.more,than 16/x\"", Wanted::kAll},
+    {ITEM "=\"ikw:x\"", Wanted::kAll},
+    {ITEM, Wanted::kEach, 4},
+    {"cmd/zirk:a l=\"w\"/zirk:b", Wanted::kAll},
+    {"cmd/zirk:b"},
+    {"cmd/zirk:b/c", Wanted::kAll},
+    {"cmd/zirk:b/zirk:b k=\"v\"", Wanted::kAll},
+    {"cmd/zirk:b/zirk:b k=\"w\""},
+    {"cmd/zirk:b/zirk:b k=\"w\"/b"},
+    {"cmd/zirk:b/zirk:b k=\"w\"/a_name_of_sixteen/vrx:item_of_many k=\"value-of.more\""},
+    {"cmd/zirk:b/zirk:a_rather_long_name_here"},
+    {"cmd/zirk:b/vrx:b"},
+    {"cmd/zirk:b/a_name_of_more_than_two_lanes"},
+    {"cmd/c k=\"v/w\"", Wanted::kAll},
+    {"cmd/c k=\"v>w\""},
+    {"cmd/c k=\"v<w\""},
+    {"cmd/c xmlns=\"v\""},
+    {"cmd/c k=\"ikw:x\""},
+    {"cmd/c k=\"x\""},
+    {"cmd/d k=\"w\""},
+    {"cmd/d l=\"x\"/c"},
+    {"cmd/d k/b"},
+}};
+constexpr auto kFixedPlan = pxcl::xml::fixed_plan<kKeys>();
+
+// What is found, as text.
+template <typename Scan>
+std::string answers(const Scan& scan) {
+  std::ostringstream out;
+  pxcl::xml::Answers<kKeys> found;
+  pxcl::xml::Reader readers[std::size(kKeys)];
+  readers[11].self = &out;
+  readers[11].take = [](void* self, const pxcl::xml::EachText& text) {
+    *static_cast<std::ostringstream*>(self) << "[" << text.key << "] " << text.offset << '+'
+                                            << text.length << ' ' << text.status << '\n';
+  };
+  std::uint64_t stop = 0;
+  out << "result " << scan(found.all(), readers, &stop);
+  out << " at " << stop << '\n';
+  for (std::size_t i = 0; i < kKeys.size(); ++i) {
+    const pxcl::xml::Answer& answer = found.all()[i];
+    if (answer.count == 0) continue;
+    out << kKeys[i].path << ": " << answer.count << ' ' << answer.firstStatus << ' '
+        << answer.firstOffset << '+' << answer.firstLength;
+    if (kKeys[i].wanted == Wanted::kAll) {
+      for (const ClXmlValueRange& range : ranges_of(answer)) {
+        out << ' ' << range.offset << '+' << range.length;
+      }
+    }
+    out << '\n';
+  }
+  return out.str();
+}
+
+inline std::string answers_of_fixed_plan(std::string_view document) {
+  return answers([&](auto found, const auto* readers, std::uint64_t* stop) {
+    return pxcl::xml::scan(document, kFixedPlan.plan(), found, stop, readers);
+  });
+}
+inline std::string answers_of_keys(std::string_view document) {
+  return answers([&](auto found, const auto* readers, std::uint64_t* stop) {
+    return pxcl::xml::scan(document, 0, kKeys, found, stop, readers);
+  });
+}
+
+}  // namespace pxcl_test
