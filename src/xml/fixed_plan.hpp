@@ -106,11 +106,18 @@ struct PlanDraft {
     return false;
   }
 
+  constexpr u32 depth_of(u32 number) const {
+    u32 depth = 0;
+    for (; number != kRootNode; number = nodes[number].parent) ++depth;
+    return depth;
+  }
+
   // Whether the node is exact, as Node::next has to be: without attribute, or with one and its value,
   // for which nothing asks. One that begins with "x" may declare a namespace.
   constexpr bool is_exact(u32 number) const {
     const Node& node = nodes[number];
     if ((node.flags & kSimple) == 0 || node.nameLength >= 2 * kLane) return false;
+    if (depth_of(number) > kUsualDepth) return false;  // there is room to open it
     if (!is_usual_name({node.text, node.nameLength})) return false;
     if (node.attributeCount == 0) return true;
     const RequestedAttribute& attribute = attributes[node.firstAttribute];

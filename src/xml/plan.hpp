@@ -95,6 +95,7 @@ struct Plan {
 };
 
 inline constexpr u32 kRootNode = 0;
+inline constexpr u32 kUsualDepth = 64;  // open elements that a scan has room for in any case
 
 // --- Look-up keys --------------------------------------------------------------------------------
 

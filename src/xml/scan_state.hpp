@@ -135,7 +135,7 @@ struct Scan {
   u32 nextNode = 0;        // that the next tag is expected to match, see Node::next
   u32 irregularCount = 0;  // numbers the irregular elements that were taken apart
   GrowingElement growing = {};
-  GrowingArray<OpenElement, 64> open = {};
+  GrowingArray<OpenElement, kUsualDepth> open = {};
   GrowingArray<u32, 64> alive = {};  // nodes matched by the open elements, the root node first
   GrowingArray<BelowEntry, 8> below = {};
   GrowingArray<CurrentAttribute, 8> attributes = {};

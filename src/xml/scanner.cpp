@@ -173,7 +173,6 @@ inline i32 take_exact_tag(Scan& scan, Cursor& cursor, u32 number) {
   const char* name = cursor.at + 1;
   const u32 length = node.textLength + 1;
   const char* close = find_leaf_end(scan.limit, name, node.nameLength, name + length);
-  if (close == nullptr && scan.depth == scan.open.capacity) return kUnusual;
   if (node.attributeCount != 0) scan.metAttributes = true;
   return take_only(scan, cursor, {name, offset_of(scan, name), node.nameLength, 0, 0, length},
                    close, number);
