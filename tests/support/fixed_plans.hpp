@@ -20,7 +20,7 @@ using pxcl::xml::Wanted;
 
 // Every form of a simple key; two keys of one element, one that ends where another goes on, and some
 // in the order of documents.
-constexpr std::array<Key, 31> kKeys = {{
+constexpr std::array<Key, 34> kKeys = {{
     {"cmd/zirk:a"},
     {"cmd/zirk:a", Wanted::kAll, 1},
     {"cmd/zirk:a/zirk:b", Wanted::kAll},
@@ -35,23 +35,26 @@ constexpr std::array<Key, 31> kKeys = {{
     {ITEM, Wanted::kEach, 4},
     {"cmd/zirk:a l=\"w\"/zirk:b", Wanted::kAll},
     {"cmd/zirk:b"},
-    {"cmd/zirk:b/c", Wanted::kAll},
+    {"cmd/zirk:b/vrx:c", Wanted::kAll},
     {"cmd/zirk:b/zirk:b k=\"v\"", Wanted::kAll},
     {"cmd/zirk:b/zirk:b k=\"w\""},
-    {"cmd/zirk:b/zirk:b k=\"w\"/b"},
-    {"cmd/zirk:b/zirk:b k=\"w\"/a_name_of_sixteen/vrx:item_of_many k=\"value-of.more\""},
+    {"cmd/zirk:b/zirk:b k=\"w\"/zirk:c"},
+    {"cmd/zirk:b/zirk:b k=\"w\"/zirk:name_of_20_bytes/vrx:item_of_many k=\"value-of.more\""},
     {"cmd/zirk:b/zirk:a_rather_long_name_here"},
     {"cmd/zirk:b/vrx:b"},
-    {"cmd/zirk:b/a_name_of_more_than_two_lanes"},
-    {"cmd/c k=\"v/w\"", Wanted::kAll},
-    {"cmd/c k=\"v>w\""},
-    {"cmd/c k=\"v<w\""},
-    {"cmd/c xmlns=\"v\""},
-    {"cmd/c k=\"ikw:x\""},
-    {"cmd/c k=\"x\""},
-    {"cmd/d k=\"w\""},
-    {"cmd/d l=\"x\"/c"},
-    {"cmd/d k/b"},
+    {"cmd/zirk:b/zirk:name_of_more_than_two_lanes"},
+    {"cmd/vrx:c k=\"v<w\""},
+    {"cmd/vrx:c k=\"v/w\"", Wanted::kAll},
+    {"cmd/vrx:c k=\"v>w\""},
+    {"cmd/vrx:e"},
+    {"cmd/vrx:f>g"},
+    {"cmd/vrx:f"},
+    {"cmd/vrx:c k=\"x\""},
+    {"cmd/vrx:c k=\"ikw:x\""},
+    {"cmd/vrx:d k=\"w\""},
+    {"cmd/vrx:d l=\"x\"/vrx:c"},
+    {"cmd/vrx:d k/vrx:b"},
+    {"cmd/vrx:c xmlns=\"v\""},
 }};
 constexpr auto kFixedPlan = pxcl::xml::fixed_plan<kKeys>();
 

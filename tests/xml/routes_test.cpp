@@ -363,6 +363,34 @@ TEST(Routes, AgreeOnElementsOfOneKey) {
   EXPECT_TRUE(onePlace > 0 && twoPlaces > 0) << onePlace << ' ' << twoPlaces;
 }
 
+// Names that other prefixes stand for, with the same key: of two lengths, and in two namespaces.
+TEST(Routes, AgreeOnResolvedNamesOfOneKey) {
+  using namespace pxcl::xml;
+  std::minstd_rand random(1);
+  std::unordered_map<std::uint32_t, std::string> spelled;
+  std::size_t lengths = 0, namespaces = 0;
+  for (int i = 0; i < 300000; ++i) {
+    const std::string local = ":n" + std::to_string(random() % (i % 4 < 2 ? 100000 : 2000000000));
+    const std::string name = (i % 2 == 0 ? "zirk" : "tolm") + local;
+    const auto key =
+        element_key(1, hash_bytes(name.data(), static_cast<std::uint32_t>(name.size())), kPlainKey);
+    const std::string& same = spelled.try_emplace(key, name).first->second;
+    if (same == name) continue;
+    ++(same.size() != name.size() ? lengths : namespaces);
+    std::string document = "<?xml ?><cmd xmlns:p=\"" + std::string(clNsTable[0].uri) +
+                           "\" xmlns:q=\"" + clNsTable[2].uri + "\">";
+    for (const std::string& each : {name, same}) {
+      const std::string tag = (each[0] == 'z' ? "p" : "q") + each.substr(4) + ">";
+      document += "<" + tag + each + "</" + tag;
+    }
+    document += "</cmd>" + std::string(80, ' ');
+    for (const std::string& path : {name, same}) {
+      EXPECT_EQ(pxcl_test::compare_routes({0, {"cmd/" + path}, 0, document}), "") << document;
+    }
+  }
+  EXPECT_TRUE(lengths > 0 && namespaces > 0) << lengths << ' ' << namespaces;
+}
+
 // A value may be chosen by whoever knows the hash: its node was found by the attribute's name as well.
 TEST(Routes, AgreeOnAValueWhoseHashIsThatOfItsName) {
   EXPECT_EQ(
