@@ -3,7 +3,8 @@
 # SPDX-License-Identifier: Apache-2.0
 
 """Do the tests notice? Flips one operator or constant of src/xml and src/keyed at a time, or leaves out a check, in a copy of
-the tree, and runs the tests of the layer and of what stands on it. Prints the flips that no test notices, and how many one does.
+the tree, and runs the tests of the layer and of what stands on it; where all pass, once more with address and undefined
+behaviour sanitizers. Prints the flips that nothing notices, and how many are.
 
     tests/mutate.py --count 150 --seed 1 [--jobs 2] [FILE...]
 """
@@ -23,6 +24,7 @@ ROOT = pathlib.Path(__file__).resolve().parent.parent
 WORK = ROOT / "build" / "mutate"
 SKIPPED = shutil.ignore_patterns("build", ".git", "__pycache__")
 SECONDS = 60  # of one test program; the slowest takes ten
+SANITIZED_SECONDS = 300
 
 # Test programs by layer, those that fail first in front. Tests that measure time are left out: they fail by themselves when
 # the machine is busy.
@@ -30,6 +32,9 @@ TESTS = {
     "xml": [("xml", "xml_tests"), ("keyed", "keyed_tests"), ("responses", "responses_tests"), ("sweep", "sweep")],
     "keyed": [("keyed", "keyed_tests"), ("responses", "responses_tests"), ("sweep", "sweep")],
 }
+
+PLAIN = "-O1"
+SANITIZED = "-O1 -fsanitize=address,undefined -fno-sanitize-recover=all"
 
 FLIPS = [
     (r"==", ["!="]), (r"!=", ["=="]), (r"(?<= )<=(?= )", ["<"]), (r"(?<= )>=(?= )", [">"]), (r"(?<= )<(?= )", ["<="]),
@@ -57,27 +62,25 @@ def flips_of(name, text):
                 yield name, match.start(), match.group(), result
 
 
-class Tree:
-    """A copy of the tree with a build of its own. What is being edited meanwhile changes nothing here."""
+class Build:
+    """The tests of a tree, built in one way."""
 
-    def __init__(self, number):
-        self.root = WORK / f"tree{number}"
-        shutil.rmtree(self.root, ignore_errors=True)
-        shutil.copytree(ROOT, self.root, ignore=SKIPPED)
-        self.build_folder = self.root / "build"
-        subprocess.run(["cmake", "-S", self.root, "-B", self.build_folder, "-G", "Ninja", "-Wno-dev", "-DCMAKE_BUILD_TYPE=None",
-                        "-DCMAKE_CXX_FLAGS=-O1", "-DPXCL_BUILD_TOOLS=OFF"], check=True, stdout=subprocess.DEVNULL)
-        for _, target in TESTS["xml"]:
+    def __init__(self, root, name, flags, tests, seconds):
+        self.folder, self.tests, self.seconds = root / name, tests, seconds
+        subprocess.run(["cmake", "-S", root, "-B", self.folder, "-G", "Ninja", "-Wno-dev", "-DCMAKE_BUILD_TYPE=None",
+                        f"-DCMAKE_CXX_FLAGS={flags}", f"-DCMAKE_C_FLAGS={flags}", "-DPXCL_BUILD_TOOLS=OFF"],
+                       check=True, stdout=subprocess.DEVNULL)
+        for _, target in tests["xml"]:
             if not self.build(target, ccache=True):
                 raise SystemExit(f"{target} does not build as it is")
-        self.whole = {(folder, target): self.program(folder, target).read_bytes() for folder, target in TESTS["xml"]}
+        self.whole = {test: self.program(*test).read_bytes() for test in tests["xml"]}
 
     def program(self, folder, target):
-        return self.build_folder / "tests" / folder / target
+        return self.folder / "tests" / folder / target
 
     def build(self, target, ccache=False):
         environment = dict(os.environ) if ccache else dict(os.environ, CCACHE_DISABLE="1")
-        return subprocess.run(["cmake", "--build", self.build_folder, "-t", target], env=environment,
+        return subprocess.run(["cmake", "--build", self.folder, "-t", target], env=environment,
                               stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL).returncode == 0
 
     def passes(self, folder, target):
@@ -85,7 +88,7 @@ class Tree:
         modes = [["pages"], ["memory"], ["nulls"]] if target == "sweep" else [["--gtest_fail_fast", "--gtest_brief=1", "--gtest_filter=-*Linear*"]]
         for mode in modes:
             try:
-                done = subprocess.run([program, *mode], cwd=self.build_folder, timeout=SECONDS, stdout=subprocess.DEVNULL,
+                done = subprocess.run([program, *mode], cwd=self.folder, timeout=self.seconds, stdout=subprocess.DEVNULL,
                                       stderr=subprocess.DEVNULL)
             except subprocess.TimeoutExpired:
                 return False
@@ -93,20 +96,41 @@ class Tree:
                 return False
         return True
 
+    def judge(self, layer):
+        """Which test program notices what the tree is now; "compiler" when it does not build or is no other program, None when
+        nobody does."""
+        for test in self.tests[layer]:
+            if not self.build(test[1]):
+                return "compiler"
+            if self.program(*test).read_bytes() == self.whole[test]:
+                return "compiler"  # it stands in code for another processor, say
+            if not self.passes(*test):
+                return test[1]
+        return None
+
+
+class Tree:
+    """A copy of the tree with builds of its own. What is being edited meanwhile changes nothing here."""
+
+    def __init__(self, number):
+        self.root = WORK / f"tree{number}"
+        shutil.rmtree(self.root, ignore_errors=True)
+        shutil.copytree(ROOT, self.root, ignore=SKIPPED)
+        self.plain = Build(self.root, "build", PLAIN, TESTS, SECONDS)
+        # The sweep has pages of its own that cannot be read.
+        tests = {layer: [test for test in of_layer if test[1] != "sweep"] for layer, of_layer in TESTS.items()}
+        self.sanitized = Build(self.root, "build-sanitized", SANITIZED, tests, SANITIZED_SECONDS)
+
     def judge(self, flip):
-        """Which test program notices; "compiler" when the flip does not build or changes nothing, None when nobody does."""
         name, offset, old, new = flip
+        layer = name.split("/")[1]
         text = (self.root / name).read_text()
         (self.root / name).write_text(text[:offset] + new + text[offset + len(old):])
         try:
-            for folder, target in TESTS[name.split("/")[1]]:
-                if not self.build(target):
-                    return "compiler"
-                if self.program(folder, target).read_bytes() == self.whole[folder, target]:
-                    return "compiler"  # it stands in code for another processor, say
-                if not self.passes(folder, target):
-                    return target
-            return None
+            by = self.plain.judge(layer)
+            if by is None and self.sanitized.judge(layer) not in (None, "compiler"):
+                return "sanitizers"
+            return by
         finally:
             (self.root / name).write_text(text)
 
