@@ -294,6 +294,7 @@ bool start_scan(Scan& scan) {
     scan.below.push({kRootNode, 0});  // the first fits
   refresh_standing(scan);
   take_usual_beginning(scan);
+  if (may_repeat(scan)) scan.nextNode = 0;  // there it is learnt what follows what
   return true;
 }
 

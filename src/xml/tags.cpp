@@ -490,7 +490,9 @@ void open_usual_root(Scan& scan, u32 offset) {
     const Node& node = scan.plan.nodes[found];
     const std::string_view name = {node.text, node.nameLength};
     if (node.key != kKey || name != kRootName) continue;  // with this name no other parent has it
-    if ((node.flags & kImpossible) == 0) add_alive(scan, found);  // one node, and there is room
+    if ((node.flags & kImpossible) != 0) continue;
+    add_alive(scan, found);  // one node, and there is room
+    scan.nextNode = node.next;
   }
 }
 

@@ -13,9 +13,11 @@
 #include "fixed_plans.hpp"
 #include "support.hpp"
 #include "xml/index.hpp"
+#include "xml/shapes.hpp"
 
 namespace {
 
+using pxcl::xml::kShortestRepeating;
 using pxcl_test::Key;
 using pxcl_test::kKeys;
 
@@ -117,6 +119,34 @@ TEST(FixedPlan, AnswersAsKeysHandedInDoWhateverTheOrder) {
     found += static_cast<std::size_t>(std::count(answers.begin(), answers.end(), '\n')) - 1;
   }
   EXPECT_GT(found, 15000u);
+}
+
+// Nor is anything expected where a document repeats itself: the scan learns what follows what.
+TEST(FixedPlan, AnswersAsKeysHandedInDoInLists) {
+  const std::string leaves[] = {
+      "<vrx:c>1</vrx:c>",
+      "<zirk:b k=\"v\">2</zirk:b>",
+      "<zirk:b k=\"w\"><zirk:c>3</zirk:c></zirk:b>",
+      "<zirk:a_rather_long_name_here>4</zirk:a_rather_long_name_here>",
+      "<vrx:b>5</vrx:b>",
+      "<vrx:b></vrx:b>",
+      "<vrx:x>6</vrx:x>",
+      "<zirk:b>7</zirk:b>",
+      "<zirk:item_of_many k=\"v\"><zirk:b>8</zirk:b></zirk:item_of_many>"};
+  std::minstd_rand random(1);
+  for (int round = 0; round < 500; ++round) {
+    std::string text = "<?xml ?><cmd>";
+    while (text.size() < kShortestRepeating) {
+      const std::string name = random() % 2 == 0 ? "zirk:a>" : "zirk:b>";
+      std::string element = "<" + name;
+      for (auto count = random() % 6; count != 0; --count)
+        element += leaves[random() % std::size(leaves)];
+      element += "</" + name;
+      for (auto count = 1 + random() % 8; count != 0; --count) text += element;
+    }
+    text += "</cmd>";
+    ASSERT_EQ(pxcl_test::answers_of_fixed_plan(text), pxcl_test::answers_of_keys(text)) << text;
+  }
 }
 
 // An element that several keys name is one node, whoever made the plan.
