@@ -111,7 +111,8 @@ PXCL_INLINED i32 take_only(Scan& scan, Cursor& cursor, const Tag& tag, const cha
   opened.flags = static_cast<u16>(node.flags & kOfElement);
   if (!serve_tag(scan, tag, node)) return status_of(scan, cursor, false);
   if (node.belowTargets == kNone) return kSuccess;
-  return ask_below(scan, number) ? kUnusual : status_of(scan, cursor, false);
+  ask_below(scan, number);  // the first fits, and with one the loop ends
+  return kUnusual;
 }
 
 // --- Any tag -------------------------------------------------------------------------------------
