@@ -12,6 +12,8 @@
 
 namespace pxcl::keyed {
 
+struct WordIndex;
+
 inline constexpr u32 kNotANumber = 0x80000000;  // what a text without digits reads as
 
 struct DicMatch {
@@ -30,6 +32,11 @@ enum class Keywords : u8 { kAny, kValues };
 // The first row that equals the text's value.
 DicMatch look_up(std::span<const ClssDicRow> dictionary, std::string_view text,
                  Keywords keywords = Keywords::kAny);
+// The same where it is known which index the dictionary has, or that it is walked through.
+DicMatch look_up_indexed(std::span<const ClssDicRow> dictionary, const WordIndex& index,
+                         std::string_view text);
+DicMatch look_up_row(std::span<const ClssDicRow> dictionary, std::string_view text,
+                     Keywords keywords);
 
 // The row whose keyword is this very text, kUnknownIndex for none.
 u16 find_keyword(std::span<const ClssDicRow> dictionary, std::string_view word);

@@ -60,16 +60,37 @@ extern const WordIndex kJobProgressWords;
 extern const WordIndex kResponseDetailWords;
 
 // The index of a dictionary; null when it has none.
+template <const ClssDicRow (&kDictionary)[]>
+inline constexpr const WordIndex* kWordsOf = nullptr;
+template <>
+inline constexpr const WordIndex* kWordsOf<glb_clssdicPaperSizeTbl> = &kPaperSizeWords;
+template <>
+inline constexpr const WordIndex* kWordsOf<glb_clssdicPaperTypeTbl> = &kPaperTypeWords;
+template <>
+inline constexpr const WordIndex* kWordsOf<glb_clssdicOperationTbl> = &kOperationWords;
+template <>
+inline constexpr const WordIndex* kWordsOf<glb_clssdicStatusTbl> = &kStatusWords;
+template <>
+inline constexpr const WordIndex* kWordsOf<glb_clssdicStatusDetailTbl> = &kStatusDetailWords;
+template <>
+inline constexpr const WordIndex* kWordsOf<glb_clssdicStateTbl> = &kStateWords;
+template <>
+inline constexpr const WordIndex* kWordsOf<glb_clssdicJobProgressTbl> = &kJobProgressWords;
+template <>
+inline constexpr const WordIndex* kWordsOf<glb_clssdicResponseDetailTbl> = &kResponseDetailWords;
+
+template <const ClssDicRow (&... kDictionaries)[]>
+inline const WordIndex* index_among(const ClssDicRow* dictionary) {
+  const WordIndex* index = nullptr;
+  static_cast<void>(
+      ((dictionary == kDictionaries && (index = kWordsOf<kDictionaries>) != nullptr) || ...));
+  return index;
+}
+
+// The same for a dictionary that is known at run time only, if it is one of the large ones.
 inline const WordIndex* word_index_of(const ClssDicRow* dictionary) {
-  if (dictionary == glb_clssdicPaperSizeTbl) return &kPaperSizeWords;
-  if (dictionary == glb_clssdicPaperTypeTbl) return &kPaperTypeWords;
-  if (dictionary == glb_clssdicOperationTbl) return &kOperationWords;
-  if (dictionary == glb_clssdicStatusTbl) return &kStatusWords;
-  if (dictionary == glb_clssdicStatusDetailTbl) return &kStatusDetailWords;
-  if (dictionary == glb_clssdicStateTbl) return &kStateWords;
-  if (dictionary == glb_clssdicJobProgressTbl) return &kJobProgressWords;
-  if (dictionary == glb_clssdicResponseDetailTbl) return &kResponseDetailWords;
-  return nullptr;
+  return index_among<glb_clssdicPaperSizeTbl, glb_clssdicPaperTypeTbl, glb_clssdicOperationTbl>(
+      dictionary);
 }
 
 }  // namespace pxcl::keyed

@@ -12,9 +12,10 @@ namespace {
 
 namespace path = keyed::path;
 
-constexpr Dictionary kResponses = {glb_clssdicResponseTbl, &CLSS_DICNUM_RESPONSE};
-constexpr Dictionary kDetails = {glb_clssdicResponseDetailTbl, &CLSS_DICNUM_RESDETAIL};
-constexpr Dictionary kIJOperations = {glb_clssdicIJOperationTbl, &CLSS_DICNUM_IJOPERATION};
+constexpr Dictionary kResponses = dictionary_of<glb_clssdicResponseTbl>(CLSS_DICNUM_RESPONSE);
+constexpr Dictionary kDetails = dictionary_of<glb_clssdicResponseDetailTbl>(CLSS_DICNUM_RESDETAIL);
+constexpr Dictionary kIJOperations =
+    dictionary_of<glb_clssdicIJOperationTbl>(CLSS_DICNUM_IJOPERATION);
 
 // A value of the head: its path key for each service, and what an unknown keyword is answered with.
 struct HeadField {

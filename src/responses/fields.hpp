@@ -10,6 +10,7 @@
 #include "keyed/paths.hpp"
 #include "keyed/values.hpp"
 #include "keyed/vocabulary.hpp"
+#include "keyed/word_index.hpp"
 #include "responses.h"
 #include "xml/fixed_plan.hpp"
 
@@ -48,11 +49,19 @@ inline constexpr i32 kUnknownDetail = -16;
 struct Dictionary {
   const ClssDicRow* rows = nullptr;
   const u16* rowCount = nullptr;
+  const keyed::WordIndex* words = nullptr;  // null where the rows are walked through
 };
+
+template <const ClssDicRow (&kRows)[]>
+constexpr Dictionary dictionary_of(const u16& rowCount) {
+  return {kRows, &rowCount, keyed::kWordsOf<kRows>};
+}
 
 inline u16 index_in(const Dictionary& dictionary, std::string_view text) {
   const std::span rows = keyed::rows_of(dictionary.rows, *dictionary.rowCount);
-  return keyed::look_up(rows, text, keyed::Keywords::kValues).index;
+  return (dictionary.words != nullptr ? keyed::look_up_indexed(rows, *dictionary.words, text)
+                                      : keyed::look_up_row(rows, text, keyed::Keywords::kValues))
+      .index;
 }
 
 inline std::span<const ClXmlValueRange> ranges_of(const Answer& list) {

@@ -24,16 +24,16 @@ constexpr std::size_t kMostKeywords = 4;  // of one element
 
 // The keywords that a type's elements list.
 constexpr Dictionary kElementDictionaries[] = {
-    {glb_clssdicBorderlessTbl, &CLSS_DICNUM_BORDERLESS},
-    {glb_clssdicColormodeTbl, &CLSS_DICNUM_COLORMODE},
-    {glb_clssdicDuplexPrintTbl, &CLSS_DICNUM_DUPLEXPRINT},
+    dictionary_of<glb_clssdicBorderlessTbl>(CLSS_DICNUM_BORDERLESS),
+    dictionary_of<glb_clssdicColormodeTbl>(CLSS_DICNUM_COLORMODE),
+    dictionary_of<glb_clssdicDuplexPrintTbl>(CLSS_DICNUM_DUPLEXPRINT),
 };
 enum Element : std::size_t { kBorderless, kColorModes, kDuplexModes, kElementCount };
 static_assert(std::size(kTypeElements) == kElementCount);
 static_assert(std::size(kElementDictionaries) == kElementCount);
 
-constexpr Dictionary kTypes = {glb_clssdicPaperTypeTbl, &CLSS_DICNUM_PAPERTYPE};
-constexpr Dictionary kStapleSides = {glb_clssdicStapleSideTbl, &CLSS_DICNUM_STAPLESIDE};
+constexpr Dictionary kTypes = dictionary_of<glb_clssdicPaperTypeTbl>(CLSS_DICNUM_PAPERTYPE);
+constexpr Dictionary kStapleSides = dictionary_of<glb_clssdicStapleSideTbl>(CLSS_DICNUM_STAPLESIDE);
 
 constexpr auto kKeys = [] {
   std::array<Key, kCheckKeys + kTypeKeys> keys;

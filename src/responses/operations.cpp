@@ -78,7 +78,7 @@ static_assert(std::size(glb_OperationInfoTbl) == keyed::kOperationRows);
 static_assert(std::size(glb_IJOperationInfoTbl) == keyed::kIJOperationRows);
 static_assert(is_paired(glb_OperationInfoTbl) && is_paired(glb_IJOperationInfoTbl));
 
-constexpr Dictionary kOperations = {glb_clssdicOperationTbl, &CLSS_DICNUM_OPERATION};
+constexpr Dictionary kOperations = dictionary_of<glb_clssdicOperationTbl>(CLSS_DICNUM_OPERATION);
 
 constexpr auto kKeys = [] {
   std::array<Key, kOperationKeys> keys;

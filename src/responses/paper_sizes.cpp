@@ -37,7 +37,7 @@ constexpr Numbers kNumbers[] = {
 static_assert(std::size(kSizeElements) == std::size(kNumbers));
 static_assert(std::size(kSizeElements) <= kMostElements);
 
-constexpr Dictionary kSizes = {glb_clssdicPaperSizeTbl, &CLSS_DICNUM_PAPERSIZE};
+constexpr Dictionary kSizes = dictionary_of<glb_clssdicPaperSizeTbl>(CLSS_DICNUM_PAPERSIZE);
 
 constexpr auto kKeys = [] {
   std::array<Key, kCheckKeys + kSizeKeys> keys;

@@ -51,9 +51,10 @@ i32 store(const Member& member, std::string_view document, const Answer& key, vo
 
 // --- The status block ----------------------------------------------------------------------------
 
-constexpr Dictionary kStatuses = {glb_clssdicStatusTbl, &CLSS_DICNUM_STATUS};
-constexpr Dictionary kStatusDetails = {glb_clssdicStatusDetailTbl, &CLSS_DICNUM_STATUSDETAIL};
-constexpr Dictionary kProgress = {glb_clssdicJobProgressTbl, &CLSS_DICNUM_JOBPROGRESS};
+constexpr Dictionary kStatuses = dictionary_of<glb_clssdicStatusTbl>(CLSS_DICNUM_STATUS);
+constexpr Dictionary kStatusDetails =
+    dictionary_of<glb_clssdicStatusDetailTbl>(CLSS_DICNUM_STATUSDETAIL);
+constexpr Dictionary kProgress = dictionary_of<glb_clssdicJobProgressTbl>(CLSS_DICNUM_JOBPROGRESS);
 
 struct CommonField {
   std::string_view path;  // of the print service; other services hand in their own
@@ -111,9 +112,10 @@ i32 check_keys(std::span<const ClssKeyValue> keys) {
 
 // --- The loaded paper ----------------------------------------------------------------------------
 
-constexpr Dictionary kPaperTypes = {glb_clssdicPaperTypeTbl, &CLSS_DICNUM_PAPERTYPE};
-constexpr Dictionary kPanelMedia = {glb_clssdicPanelMedia, &CLSS_DICNUM_PANEL_PAPERTYPE};
-constexpr Dictionary kPaperSizes = {glb_clssdicPaperSizeTbl, &CLSS_DICNUM_PAPERSIZE};
+constexpr Dictionary kPaperTypes = dictionary_of<glb_clssdicPaperTypeTbl>(CLSS_DICNUM_PAPERTYPE);
+constexpr Dictionary kPanelMedia =
+    dictionary_of<glb_clssdicPanelMedia>(CLSS_DICNUM_PANEL_PAPERTYPE);
+constexpr Dictionary kPaperSizes = dictionary_of<glb_clssdicPaperSizeTbl>(CLSS_DICNUM_PAPERSIZE);
 
 constexpr std::size_t kBinCount = std::size(path::kBins);
 constexpr std::size_t kBinKeys = 2 * kBinCount;  // type and size of each
@@ -160,7 +162,7 @@ void read_bins(std::string_view document, std::span<const Answer> keys, ClssStat
 
 // --- Inks and status details ---------------------------------------------------------------------
 
-constexpr Dictionary kInkStates = {glb_clssdicTCATbl, &CLSS_DICNUM_TCA};
+constexpr Dictionary kInkStates = dictionary_of<glb_clssdicTCATbl>(CLSS_DICNUM_TCA);
 
 constexpr u16 kInkAbsent = kUnknownIndex;
 constexpr u16 kInkNotAllAc = 1;
@@ -186,7 +188,7 @@ i32 check_status_details(const Answer& items, const Answer& errorCodes) {
 
 // --- The block of one job ------------------------------------------------------------------------
 
-constexpr Dictionary kStates = {glb_clssdicStateTbl, &CLSS_DICNUM_STATE};
+constexpr Dictionary kStates = dictionary_of<glb_clssdicStateTbl>(CLSS_DICNUM_STATE);
 
 struct JobField {
   std::string_view path::JobPaths::*path;

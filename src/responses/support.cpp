@@ -19,15 +19,18 @@ struct Capability {
   Dictionary dictionary;
 };
 
-constexpr Dictionary kFormats = {glb_clssdicDataFormatTbl, &CLSS_DICNUM_DATAFORMAT};
-constexpr Dictionary kNextPages = {glb_clssdicNextpageTbl, &CLSS_DICNUM_NEXTPAGE};
-constexpr Dictionary kPreparations = {glb_clssdicPrintPreparationTbl,
-                                      &CLSS_DICNUM_PRINT_PREPARATION};
-constexpr Dictionary kGuides = {glb_clssdicDeviceSideGuideTbl, &CLSS_DICNUM_DEVICE_SIDE_GUIDE};
-constexpr Dictionary kHosts = {glb_clssdicHostEnvironmentTbl, &CLSS_DICNUM_HOST_ENVIRONMENT};
-constexpr Dictionary kMismatchModes = {glb_clssdicMismatchModeTbl, &CLSS_DICNUM_MISMATCH_MODE};
-constexpr Dictionary kDiscLabels = {glb_clssdicPaperTypeDiscLabelPrintTbl,
-                                    &CLSS_NUM_PAPERTYPE_DISC_LABEL_PRINT};
+constexpr Dictionary kFormats = dictionary_of<glb_clssdicDataFormatTbl>(CLSS_DICNUM_DATAFORMAT);
+constexpr Dictionary kNextPages = dictionary_of<glb_clssdicNextpageTbl>(CLSS_DICNUM_NEXTPAGE);
+constexpr Dictionary kPreparations =
+    dictionary_of<glb_clssdicPrintPreparationTbl>(CLSS_DICNUM_PRINT_PREPARATION);
+constexpr Dictionary kGuides =
+    dictionary_of<glb_clssdicDeviceSideGuideTbl>(CLSS_DICNUM_DEVICE_SIDE_GUIDE);
+constexpr Dictionary kHosts =
+    dictionary_of<glb_clssdicHostEnvironmentTbl>(CLSS_DICNUM_HOST_ENVIRONMENT);
+constexpr Dictionary kMismatchModes =
+    dictionary_of<glb_clssdicMismatchModeTbl>(CLSS_DICNUM_MISMATCH_MODE);
+constexpr Dictionary kDiscLabels =
+    dictionary_of<glb_clssdicPaperTypeDiscLabelPrintTbl>(CLSS_NUM_PAPERTYPE_DISC_LABEL_PRINT);
 
 // clang-format off
 constexpr Capability kFormatType =             {path::kPrintItem,       "support_data_format", kFormats};
