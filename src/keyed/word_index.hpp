@@ -79,18 +79,12 @@ inline constexpr const WordIndex* kWordsOf<glb_clssdicJobProgressTbl> = &kJobPro
 template <>
 inline constexpr const WordIndex* kWordsOf<glb_clssdicResponseDetailTbl> = &kResponseDetailWords;
 
-template <const ClssDicRow (&... kDictionaries)[]>
-inline const WordIndex* index_among(const ClssDicRow* dictionary) {
-  const WordIndex* index = nullptr;
-  static_cast<void>(
-      ((dictionary == kDictionaries && (index = kWordsOf<kDictionaries>) != nullptr) || ...));
-  return index;
-}
-
 // The same for a dictionary that is known at run time only, if it is one of the large ones.
 inline const WordIndex* word_index_of(const ClssDicRow* dictionary) {
-  return index_among<glb_clssdicPaperSizeTbl, glb_clssdicPaperTypeTbl, glb_clssdicOperationTbl>(
-      dictionary);
+  if (dictionary == glb_clssdicPaperSizeTbl) return kWordsOf<glb_clssdicPaperSizeTbl>;
+  if (dictionary == glb_clssdicPaperTypeTbl) return kWordsOf<glb_clssdicPaperTypeTbl>;
+  if (dictionary == glb_clssdicOperationTbl) return kWordsOf<glb_clssdicOperationTbl>;
+  return nullptr;
 }
 
 }  // namespace pxcl::keyed
