@@ -2,8 +2,9 @@
 // SPDX-License-Identifier: Apache-2.0
 
 // The comparison of engine.cpp on a document made of words, with paths to its own elements: what
-// single bytes rarely come upon. The answers by a plan that the compiler made are compared, too. The first byte is the flags (below 32: any root), the second one what
-// the root declares, each further one a word.
+// single bytes rarely come upon. The answers by a plan that the compiler made are compared, too. The
+// first byte is the flags (below 32: any root), the second one what the root declares, each further one
+// a word.
 
 #include <iterator>
 

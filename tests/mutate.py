@@ -4,7 +4,7 @@
 
 """Do the tests notice? Flips one operator or constant of src/xml and src/keyed at a time, or leaves out a check, in a copy of
 the tree, and runs the tests of the layer and of what stands on it; where all pass, once more with address and undefined
-behaviour sanitizers. Prints the flips that nothing notices, and how many are.
+behaviour sanitizers. Prints the flips that nothing notices, and how many are noticed.
 
     tests/mutate.py --count 150 --seed 1 [--jobs 2] [FILE...]
 """

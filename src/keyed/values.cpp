@@ -167,6 +167,13 @@ DicMatch find_word(std::span<const ClssDicRow> dictionary, std::string_view word
                   [&](const char* keyword) { return is_same_long_word(keyword, text); });
 }
 
+// Nothing is called from here but at the end.
+[[gnu::noinline]] DicMatch look_up_indexed(std::span<const ClssDicRow> dictionary,
+                                           std::string_view text, const WordIndex& index) {
+  const DicMatch match = find_indexed(dictionary, index, text);
+  return match.index != kUnknownIndex ? match : find_value(dictionary, text, match);
+}
+
 // A value of few digits, which fits in any case; `length` is 0 for any other value.
 struct PlainNumber {
   u32 number;
@@ -203,20 +210,12 @@ u32 read_any_number(std::string_view text) {
 }  // namespace
 
 DicMatch look_up(std::span<const ClssDicRow> dictionary, std::string_view text, Keywords keywords) {
-  const WordIndex* index = word_index_of(dictionary.data());
-  return index != nullptr ? look_up_indexed(dictionary, *index, text)
-                          : look_up_row(dictionary, text, keywords);
+  return look_up(dictionary, text, keywords, word_index_of(dictionary.data()));
 }
 
-// Nothing is called from here but at the end.
-DicMatch look_up_indexed(std::span<const ClssDicRow> dictionary, const WordIndex& index,
-                         std::string_view text) {
-  const DicMatch match = find_indexed(dictionary, index, text);
-  return match.index != kUnknownIndex ? match : find_value(dictionary, text, match);
-}
-
-DicMatch look_up_row(std::span<const ClssDicRow> dictionary, std::string_view text,
-                     Keywords keywords) {
+DicMatch look_up(std::span<const ClssDicRow> dictionary, std::string_view text, Keywords keywords,
+                 const WordIndex* index) {
+  if (index != nullptr) return look_up_indexed(dictionary, text, *index);
   const DicMatch match =
       find_row(dictionary, [&](const char* keyword) { return is_word(keyword, text); });
   const bool isSure = match.index != kUnknownIndex && keywords == Keywords::kValues;

@@ -32,11 +32,9 @@ enum class Keywords : u8 { kAny, kValues };
 // The first row that equals the text's value.
 DicMatch look_up(std::span<const ClssDicRow> dictionary, std::string_view text,
                  Keywords keywords = Keywords::kAny);
-// The same where it is known which index the dictionary has, or that it is walked through.
-DicMatch look_up_indexed(std::span<const ClssDicRow> dictionary, const WordIndex& index,
-                         std::string_view text);
-DicMatch look_up_row(std::span<const ClssDicRow> dictionary, std::string_view text,
-                     Keywords keywords);
+// The same where the dictionary's index is known; null: its rows are walked through.
+DicMatch look_up(std::span<const ClssDicRow> dictionary, std::string_view text, Keywords keywords,
+                 const WordIndex* index);
 
 // The row whose keyword is this very text, kUnknownIndex for none.
 u16 find_keyword(std::span<const ClssDicRow> dictionary, std::string_view word);

@@ -59,9 +59,7 @@ constexpr Dictionary dictionary_of(const u16& rowCount) {
 
 inline u16 index_in(const Dictionary& dictionary, std::string_view text) {
   const std::span rows = keyed::rows_of(dictionary.rows, *dictionary.rowCount);
-  return (dictionary.words != nullptr ? keyed::look_up_indexed(rows, *dictionary.words, text)
-                                      : keyed::look_up_row(rows, text, keyed::Keywords::kValues))
-      .index;
+  return keyed::look_up(rows, text, keyed::Keywords::kValues, dictionary.words).index;
 }
 
 inline std::span<const ClXmlValueRange> ranges_of(const Answer& list) {

@@ -55,9 +55,10 @@ struct Node {
   u32 elementTargets;    // list of targets that ask for this element's text, kNone for none
   u32 attributeTargets;  // targets that ask for an attribute of it
   u32 belowTargets;      // targets whose path ends in "/": they match every element below
-  u32 next;  // of a fixed plan: what the tag behind this one's matches where a document has its
-      // elements in the order of the keys. 0 unless it is exact: a tag with the very bytes of
-      // an exact node matches this one alone, and nothing asks for its attribute
+  // Of a fixed plan: the node that the next tag matches in a document that has its elements in the
+  // order of the keys, if that one is exact; else 0. A tag with the very bytes of an exact node matches
+  // it alone, and nothing asks for the tag's attribute.
+  u32 next;
 };
 static_assert(sizeof(Node) <= 64, "within a cache line");
 

@@ -167,7 +167,7 @@ inline i32 take_plain_tag(Scan& scan, Cursor& cursor, u32 length) {
   return take_only(scan, cursor, plain_tag(scan, name, length), close, number);
 }
 
-// A start tag of exactly the bytes of `node`, whose attribute nothing asks for.
+// A start tag with the very bytes of an exact node.
 inline i32 take_exact_tag(Scan& scan, Cursor& cursor, u32 number) {
   const Node& node = scan.plan.nodes[number];
   const char* name = cursor.at + 1;

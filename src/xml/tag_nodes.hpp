@@ -50,14 +50,8 @@ inline NameKey read_name(Scan& scan, const char* text, u32 length) {
   return {length, kNone, kNone, hash_readable(text, length)};
 }
 
-[[gnu::noinline]] inline bool has_other_name(const Node& node, const char* text,
-                                             const NameKey& name) {
-  return names_match(node, {text, name.length}, name.colon, name.row);
-}
-
 inline bool has_name(const Node& node, const char* text, const NameKey& name) {
-  if (name.row != kNone) return has_other_name(node, text, name);
-  return node.nameLength == name.length && equal_bytes(node.text, text, name.length);
+  return names_match(node, {text, name.length}, name.colon, name.row);
 }
 
 // --- By the bytes --------------------------------------------------------------------------------

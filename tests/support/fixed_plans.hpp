@@ -5,6 +5,7 @@
 
 #pragma once
 
+#include <algorithm>
 #include <sstream>
 #include <string>
 
@@ -56,6 +57,7 @@ constexpr std::array<Key, 34> kKeys = {{
     {"cmd/vrx:d k/vrx:b"},
     {"cmd/vrx:c xmlns=\"v\""},
 }};
+#undef ITEM
 constexpr auto kFixedPlan = pxcl::xml::fixed_plan<kKeys>();
 
 // What is found, as text.
@@ -64,11 +66,13 @@ std::string answers(const Scan& scan) {
   std::ostringstream out;
   pxcl::xml::Answers<kKeys> found;
   pxcl::xml::Reader readers[std::size(kKeys)];
-  readers[11].self = &out;
-  readers[11].take = [](void* self, const pxcl::xml::EachText& text) {
-    *static_cast<std::ostringstream*>(self) << "[" << text.key << "] " << text.offset << '+'
-                                            << text.length << ' ' << text.status << '\n';
-  };
+  const pxcl::xml::Reader toText = {[](void* self, const pxcl::xml::EachText& text) {
+                                      *static_cast<std::ostringstream*>(self)
+                                          << "[" << text.key << "] " << text.offset << '+'
+                                          << text.length << ' ' << text.status << '\n';
+                                    },
+                                    &out};
+  std::fill(std::begin(readers), std::end(readers), toText);
   std::uint64_t stop = 0;
   out << "result " << scan(found.all(), readers, &stop);
   out << " at " << stop << '\n';

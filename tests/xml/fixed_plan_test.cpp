@@ -56,8 +56,8 @@ TEST(FixedPlan, AnswersAsKeysHandedInDo) {
   }
 }
 
-// An element that stands where its node is expected is taken by its bytes alone; so are none that differ
-// in one, that stand elsewhere, whose prefix means another, or that the document's end cuts off.
+// An element that stands where its node is expected is taken by its bytes alone, but not one that differs
+// in a byte, stands elsewhere, has a prefix that means another, or is cut off by the document's end.
 TEST(FixedPlan, AnswersAsKeysHandedInDoWhateverTheOrder) {
   const std::string pieces[] = {
       "<zirk:b>",
