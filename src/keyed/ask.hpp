@@ -12,11 +12,16 @@
 namespace pxcl::keyed {
 
 // Scans `document` once for every key; kOk or kBadArgument.
-i32 ask(std::string_view document, std::span<const xml::Key> keys, std::span<xml::Answer> answers);
+inline i32 ask(std::string_view document, std::span<const xml::Key> keys,
+               std::span<xml::Answer> answers) {
+  return xml::scan(document, 0, keys, answers, nullptr) == kOk ? kOk : kBadArgument;
+}
 
 // The same for keys that `plan` was made of.
-i32 ask(std::string_view document, const xml::Plan& plan, std::span<xml::Answer> answers,
-        u64* stopPosition = nullptr, const xml::Reader* readers = nullptr);
+inline i32 ask(std::string_view document, const xml::Plan& plan, std::span<xml::Answer> answers,
+               u64* stopPosition = nullptr, const xml::Reader* readers = nullptr) {
+  return xml::scan(document, plan, answers, stopPosition, readers) == kOk ? kOk : kBadArgument;
+}
 
 // Keys, and their answers, whose number is known at run time only.
 class KeyList {

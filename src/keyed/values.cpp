@@ -150,28 +150,21 @@ bool is_job_id(const char* text) {
   return std::strlen(text) == kJobIDLength && std::all_of(text, text + kJobIDLength, is_digit);
 }
 
-DicMatch find_word(std::span<const ClssDicRow> dictionary, std::string_view word) {
-  const WordIndex* index = word_index_of(dictionary.data());
+DicMatch find_word(std::span<const ClssDicRow> dictionary, std::string_view word,
+                   const WordIndex* index) {
   if (index != nullptr) return find_indexed(dictionary, *index, word);
   return find_row(dictionary, [&](const char* keyword) { return is_word(keyword, word); });
 }
 
 // What the text's value is, where `whole` is what the text is as it stands.
 [[gnu::noinline]] DicMatch find_value(std::span<const ClssDicRow> dictionary, std::string_view text,
-                                      DicMatch whole) {
+                                      DicMatch whole, const WordIndex* index) {
   if (is_whole_value(text)) return whole;
   char buffer[kShortWord];
   const std::string_view word = copy_short_word(text, buffer);
-  if (word.data() != nullptr) return find_word(dictionary, word);
+  if (word.data() != nullptr) return find_word(dictionary, word, index);
   return find_row(dictionary,
                   [&](const char* keyword) { return is_same_long_word(keyword, text); });
-}
-
-// Nothing is called from here but at the end.
-[[gnu::noinline]] DicMatch look_up_indexed(std::span<const ClssDicRow> dictionary,
-                                           std::string_view text, const WordIndex& index) {
-  const DicMatch match = find_indexed(dictionary, index, text);
-  return match.index != kUnknownIndex ? match : find_value(dictionary, text, match);
 }
 
 // A value of few digits, which fits in any case; `length` is 0 for any other value.
@@ -213,17 +206,24 @@ DicMatch look_up(std::span<const ClssDicRow> dictionary, std::string_view text, 
   return look_up(dictionary, text, keywords, word_index_of(dictionary.data()));
 }
 
-DicMatch look_up(std::span<const ClssDicRow> dictionary, std::string_view text, Keywords keywords,
-                 const WordIndex* index) {
-  if (index != nullptr) return look_up_indexed(dictionary, text, *index);
+// Nothing is called from here but at the end.
+DicMatch look_up_indexed(std::span<const ClssDicRow> dictionary, std::string_view text,
+                         const WordIndex& index) {
+  const DicMatch match = find_indexed(dictionary, index, text);
+  return match.index != kUnknownIndex ? match : find_value(dictionary, text, match, &index);
+}
+
+DicMatch look_up_row(std::span<const ClssDicRow> dictionary, std::string_view text,
+                     Keywords keywords) {
   const DicMatch match =
       find_row(dictionary, [&](const char* keyword) { return is_word(keyword, text); });
   const bool isSure = match.index != kUnknownIndex && keywords == Keywords::kValues;
-  return isSure ? match : find_value(dictionary, text, match);
+  return isSure ? match : find_value(dictionary, text, match, nullptr);
 }
 
-u16 find_keyword(std::span<const ClssDicRow> dictionary, std::string_view word) {
-  return find_word(dictionary, word).index;
+u16 find_keyword(std::span<const ClssDicRow> dictionary, std::string_view word,
+                 const WordIndex* index) {
+  return find_word(dictionary, word, index).index;
 }
 
 u32 read_number(std::string_view text) {

@@ -32,12 +32,21 @@ enum class Keywords : u8 { kAny, kValues };
 // The first row that equals the text's value.
 DicMatch look_up(std::span<const ClssDicRow> dictionary, std::string_view text,
                  Keywords keywords = Keywords::kAny);
-// The same where the dictionary's index is known; null: its rows are walked through.
-DicMatch look_up(std::span<const ClssDicRow> dictionary, std::string_view text, Keywords keywords,
-                 const WordIndex* index);
+// The same by the dictionary's index, and by a walk through its rows.
+DicMatch look_up_indexed(std::span<const ClssDicRow> dictionary, std::string_view text,
+                         const WordIndex& index);
+DicMatch look_up_row(std::span<const ClssDicRow> dictionary, std::string_view text,
+                     Keywords keywords);
+// The same where it is known which index the dictionary has; null: none.
+inline DicMatch look_up(std::span<const ClssDicRow> dictionary, std::string_view text,
+                        Keywords keywords, const WordIndex* index) {
+  return index != nullptr ? look_up_indexed(dictionary, text, *index)
+                          : look_up_row(dictionary, text, keywords);
+}
 
-// The row whose keyword is this very text, kUnknownIndex for none.
-u16 find_keyword(std::span<const ClssDicRow> dictionary, std::string_view word);
+// The row whose keyword is this very text, kUnknownIndex for none; `index` as above.
+u16 find_keyword(std::span<const ClssDicRow> dictionary, std::string_view word,
+                 const WordIndex* index);
 
 // The value of a text that is not empty as a decimal number within 32 signed bits.
 u32 read_number(std::string_view text);

@@ -38,7 +38,8 @@ void KeywordTexts::take(void* self, const xml::EachText& text) {
   };
   const u16 rowCount = *column.dictionary.rowCount;
   if (!text.key.empty()) {
-    const u16 row = keyed::find_keyword({column.dictionary.rows, rowCount}, text.key);
+    const u16 row =
+        keyed::find_keyword({column.dictionary.rows, rowCount}, text.key, column.dictionary.words);
     if (row != keyed::kUnknownIndex) keep(row);
   } else if (!column.isFull) {
     for (u64 row = 0; row < rowCount; ++row) keep(row);
