@@ -62,7 +62,6 @@ constexpr auto kKeys = [] {
   }
   return keys;
 }();
-constexpr auto kPlan = xml::fixed_plan<kKeys>();
 
 // The head of one service.
 struct Head {
@@ -120,7 +119,7 @@ i32 parse_head(std::string_view document, u64& position, ClssResponseCommon& rec
   Answers<kKeys> answers;
   const std::span all = answers.all();
   u64 stop = 0;
-  i32 status = keyed::ask(document, kPlan.plan(), all, &stop);
+  i32 status = keyed::ask(document, xml::kPlanOf<kKeys>, all, &stop);
   if (status != kOk) return status;
   status =
       read_operation(document, all.first<kOperationKeys>(), record.operation, record.serviceType);

@@ -11,7 +11,6 @@ namespace {
 using Slot = char[9];
 
 constexpr std::array<Key, 1> kKeys = {{{keyed::path::kPrintJob.jobID, xml::Wanted::kAll}}};
-constexpr auto kPlan = xml::fixed_plan<kKeys>();
 
 constexpr u64 kQuotedJobID = 10;  // 8 characters and the two quotes of the attribute
 
@@ -40,7 +39,7 @@ int32_t CLSS_ParseJobIDListResponse(const char* document, uint64_t length, char 
   if (length == 0 || document == nullptr || count == nullptr) return kBadArgument;
   const std::string_view reply = as_view(document, length);
   Answers<kKeys> jobs;
-  const i32 status = keyed::ask(reply, kPlan.plan(), jobs.all());
+  const i32 status = keyed::ask(reply, xml::kPlanOf<kKeys>, jobs.all());
   if (status != kOk) return status;
   const std::span<const ClXmlValueRange> ranges = ranges_of(jobs.all()[0]);
   if (slots == nullptr || *count < 1) {

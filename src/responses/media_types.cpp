@@ -42,7 +42,6 @@ constexpr auto kKeys = [] {
   ask_for_types(all.subspan<kCheckKeys>(), 1);
   return keys;
 }();
-constexpr auto kPlan = xml::fixed_plan<kKeys>();
 
 // The keywords of one element, the known ones first and ordered by code.
 struct Keywords {
@@ -120,7 +119,7 @@ i32 decode_type(const ItemEntry& type, const ElementTexts& texts, const Entries&
 }
 
 i32 read_reply(std::string_view document, bool withElements, TypeReply& reply) {
-  return read_listed<kKeys>(document, kPlan.plan(), withElements, reply);
+  return read_listed<kKeys>(document, xml::kPlanOf<kKeys>, withElements, reply);
 }
 
 i32 parse_type(std::string_view document, i32& index, ClssMediaType* record) {

@@ -85,7 +85,6 @@ constexpr auto kKeys = [] {
   ask_for_operation(std::span(keys), 0);
   return keys;
 }();
-constexpr auto kPlan = xml::fixed_plan<kKeys>();
 
 }  // namespace
 
@@ -130,6 +129,6 @@ int32_t getOperation_ServiceType(const char* document, uint64_t length, uint16_t
   }
   const std::string_view reply = as_view(document, length);
   Answers<kKeys> answers;
-  const i32 status = keyed::ask(reply, kPlan.plan(), answers.all());
+  const i32 status = keyed::ask(reply, xml::kPlanOf<kKeys>, answers.all());
   return status == kOk ? read_operation(reply, answers.all(), *operation, *serviceType) : status;
 }

@@ -46,7 +46,6 @@ constexpr auto kKeys = [] {
   ask_for_sizes(all.subspan<kCheckKeys>(), 1);
   return keys;
 }();
-constexpr auto kPlan = xml::fixed_plan<kKeys>();
 
 // The numbers of one element. An absent or empty one reads as zeros, so that a size without
 // borderless or duplex print stays usable.
@@ -86,7 +85,7 @@ i32 decode_size(const ItemEntry& size, const ElementTexts& texts, ClssPaperSize&
 }
 
 i32 read_reply(std::string_view document, bool withElements, SizeReply& reply) {
-  return read_listed<kKeys>(document, kPlan.plan(), withElements, reply);
+  return read_listed<kKeys>(document, xml::kPlanOf<kKeys>, withElements, reply);
 }
 
 i32 parse_size(std::string_view document, i32& index, ClssPaperSize* record) {

@@ -21,7 +21,6 @@ constexpr auto kKeys = [] {
   ask_for_sizes(all.subspan<kSizesAt, kSizeKeys>(), 1 + kTypeKeys);
   return keys;
 }();
-constexpr auto kPlan = xml::fixed_plan<kKeys>();
 
 // Walks as far as the indexed calls reach. What stands behind the wanted entry, damaged or not, does
 // not matter.
@@ -50,7 +49,7 @@ i32 find_printable(std::string_view document, u16 type, u16 size, ClssMediaType&
       !sizes.attend(attended.subspan<kSizesAt, kSizeKeys>())) {
     return kNoMemory;
   }
-  i32 status = keyed::ask(document, kPlan.plan(), all, nullptr, readers);
+  i32 status = keyed::ask(document, xml::kPlanOf<kKeys>, all, nullptr, readers);
   if (status == kOk) status = check_reply(document, all.first<kCheckKeys>());
   if (status == kOk) status = types.read_list(document, all.subspan<kTypesAt, kTypeKeys>());
   if (status == kOk) status = sizes.read_list(document, all.subspan<kSizesAt, kSizeKeys>());

@@ -223,7 +223,6 @@ constexpr auto kMaintenanceKeys = [] {
   ask_for_job(keys, path::kMaintenanceJob, 0);
   return keys;
 }();
-constexpr auto kMaintenancePlan = xml::fixed_plan<kMaintenanceKeys>();
 
 // The identifier inside its quotes, as far as the field holds it.
 void store_job_id(std::string_view quoted, char (&jobID)[9]) {
@@ -290,7 +289,6 @@ constexpr auto kStatusKeys = [] {
   ask_for_job(keys.subspan<kPrintJobAt>(), path::kPrintJob, kJobGroup);
   return all;
 }();
-constexpr auto kStatusPlan = xml::fixed_plan<kStatusKeys>();
 
 void clear_status(ClssStatus& record) {
   store_slot(record, 0, {kUnknownIndex, kUnknownIndex, kUnknownIndex});
@@ -312,7 +310,7 @@ i32 read_status(std::string_view document, std::span<const Answer> keys, ClssSta
 i32 parse_print(std::string_view document, ClssStatus& record) {
   clear_status(record);
   Answers<kStatusKeys> answers;
-  const i32 status = keyed::ask(document, kStatusPlan.plan(), answers.all());
+  const i32 status = keyed::ask(document, xml::kPlanOf<kStatusKeys>, answers.all());
   return status == kOk ? read_status(document, answers.all(), record) : status;
 }
 
@@ -320,7 +318,7 @@ i32 parse_print_job(std::string_view document, std::string_view jobID, ClssStatu
   clear_status(record);
   Answers<kStatusKeys> answers;
   const std::span keys = answers.all();
-  i32 status = keyed::ask(document, kStatusPlan.plan(), keys);
+  i32 status = keyed::ask(document, xml::kPlanOf<kStatusKeys>, keys);
   if (status == kOk) status = read_status(document, keys, record);
   if (status != kOk) return status;
   return read_job(document, keys.subspan<kPrintJobAt>(), jobID, record);
@@ -384,7 +382,7 @@ int32_t CLSS_ParseStatusResponseMaintenance(const char* document, uint64_t lengt
   const std::string_view reply = as_view(document, length);
   Answers<kMaintenanceKeys> answers;
   const std::span keys = answers.all();
-  const i32 status = keyed::ask(reply, kMaintenancePlan.plan(), keys);
+  const i32 status = keyed::ask(reply, xml::kPlanOf<kMaintenanceKeys>, keys);
   if (status != kOk) return status;
   return read_job(reply, keys, {jobID, std::strlen(jobID)}, *record);
 }

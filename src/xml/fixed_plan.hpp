@@ -187,9 +187,8 @@ consteval auto draft_plan() {
   return draft;
 }
 
-// The plan of `kKeys`, an array of them.
 template <const auto& kKeys>
-consteval auto fixed_plan() {
+consteval auto make_fixed_plan() {
   constexpr auto kDraft = draft_plan<kKeys>();
   FixedPlan<kDraft.nodeCount, kDraft.attributeCount + 1, kDraft.targetCount,
             std::bit_ceil(kDraft.nodeCount * 4)>
@@ -208,5 +207,11 @@ consteval auto fixed_plan() {
   made.groupCount = kDraft.groupCount;
   return made;
 }
+template <const auto& kKeys>
+inline constexpr auto kMadePlan = make_fixed_plan<kKeys>();
+
+// The plan of `kKeys`, an array of them.
+template <const auto& kKeys>
+inline constexpr Plan kPlanOf = kMadePlan<kKeys>.plan();
 
 }  // namespace pxcl::xml

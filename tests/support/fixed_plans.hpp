@@ -58,7 +58,6 @@ constexpr std::array<Key, 34> kKeys = {{
     {"cmd/vrx:c xmlns=\"v\""},
 }};
 #undef ITEM
-constexpr auto kFixedPlan = pxcl::xml::fixed_plan<kKeys>();
 
 // What is found, as text.
 template <typename Scan>
@@ -93,7 +92,7 @@ std::string answers(const Scan& scan) {
 
 inline std::string answers_of_fixed_plan(std::string_view document) {
   return answers([&](auto found, const auto* readers, std::uint64_t* stop) {
-    return pxcl::xml::scan(document, kFixedPlan.plan(), found, stop, readers);
+    return pxcl::xml::scan(document, pxcl::xml::kPlanOf<kKeys>, found, stop, readers);
   });
 }
 inline std::string answers_of_keys(std::string_view document) {

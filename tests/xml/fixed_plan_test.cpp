@@ -156,7 +156,7 @@ TEST(FixedPlan, HasAsManyNodesAsOneOfKeysHandedIn) {
   for (const Key& key : kKeys) {
     ASSERT_TRUE(add_target(index, key.path, pxcl::xml::collect_for(key.wanted), key.group));
   }
-  EXPECT_EQ(index.plan().nodeCount, pxcl_test::kFixedPlan.plan().nodeCount);
+  EXPECT_EQ(index.plan().nodeCount, pxcl::xml::kPlanOf<kKeys>.nodeCount);
 }
 
 // What the library does when it is compiled and when it runs is the same reading, up to a block.
