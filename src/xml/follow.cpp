@@ -96,12 +96,12 @@ inline bool read_value(const char* text, Shape& shape, FollowingTag& tag) {
   const char* value = text + tag.value;
   const u64 marks = end_marks(value);
   if (!shape.valueLength.ends_at(marks)) {
-    if (marks == 0) return false;
+    if (marks == 0 || lowest(marks) == 0) return false;
     shape.valueLength.note(lowest(marks));
   }
   tag.valueLength = shape.valueLength.length;
   tag.inside = tag.value + tag.valueLength + 2;
-  return tag.valueLength != 0 && is_value_end(value + tag.valueLength);
+  return is_value_end(value + tag.valueLength);
 }
 
 // Where the text ends that begins at tag.inside; false when it is not usual.
@@ -109,15 +109,16 @@ inline bool read_text(const char* text, const char* limit, Shape& shape, Followi
   const char* inside = text + tag.inside;
   u64 marks = tag_lane(inside);
   if (marks == 0) marks = u64{tag_lane(inside + kLane)} << kLane;
-  if (shape.textLength.ends_at(marks)) {
-    tag.close = tag.inside + shape.textLength.length;
-  } else if (marks != 0) {
-    tag.close = tag.inside + lowest(marks);
+  if (!shape.textLength.ends_at(marks)) {
+    if (marks == 0) {
+      tag.close = find_mark(text, limit, tag.inside + 2 * kLane);
+      return tag.close != kNone;
+    }
+    if (lowest(marks) == 0) return false;
     shape.textLength.note(lowest(marks));
-  } else {
-    tag.close = find_mark(text, limit, tag.inside + 2 * kLane);
   }
-  return tag.close != kNone && tag.close != tag.inside;
+  tag.close = tag.inside + shape.textLength.length;
+  return true;
 }
 
 // Reads the tag of this shape whose text or value begins at tag.value; false when it is not usual,
