@@ -20,6 +20,7 @@ struct GrowingArray {
   GrowingArray() : records_(inline_) {}
   GrowingArray(const GrowingArray&) = delete;
   GrowingArray& operator=(const GrowingArray&) = delete;
+  ~GrowingArray() { dispose(); }
 
   Record& operator[](u64 index) { return records_[index]; }
   const Record& operator[](u64 index) const { return records_[index]; }
@@ -48,14 +49,18 @@ struct GrowingArray {
     Owned<Record> block = Owned<Record>::allocate_unfilled(larger);
     if (!block) return false;
     std::memcpy(static_cast<void*>(block.get()), records_, size * sizeof(Record));
-    block_ = std::move(block);
-    records_ = block_.get();
+    dispose();
+    records_ = block.release();
     capacity = static_cast<u32>(larger);
     return true;
   }
 
+  // Gives the records back if they are not those in the object.
+  void dispose() {
+    if (records_ != inline_) KWVSDisposePTRX(records_);
+  }
+
   Record* records_;
-  Owned<Record> block_;
   Record inline_[Inline];
 };
 

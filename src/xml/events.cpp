@@ -19,7 +19,7 @@ constexpr u32 kFewest = 8;  // records that a list has room for
   if (!block) return false;
   if (finding.count != 0)
     std::memcpy(block.get(), finding.list, static_cast<std::size_t>(finding.count * recordSize));
-  KWVSDisposePTRX(finding.list);
+  if (finding.capacity != 0) KWVSDisposePTRX(finding.list);
   finding.list = block.release();
   finding.capacity = larger;
   return true;
@@ -37,7 +37,8 @@ void give(const Scan& scan, u32 number, u32 offset, u32 length, i32 status) {
   const Finding& finding = scan.findings[number];
   const char* text = (finding.flags & kKeyInPath) != 0 ? scan.path.begin() : scan.document.data();
   const Reader& reader = scan.readers[number];
-  reader.take(reader.self, {{text + finding.keyBegin, finding.keyLength}, offset, length, status});
+  reader.take(reader.self,
+              {{text + finding.key.begin, finding.key.length}, offset, length, status});
 }
 
 }  // namespace

@@ -77,8 +77,8 @@ void note_key(Scan& scan, const Node& node, std::string_view value, bool inPath)
   const char* text = inPath ? scan.path.begin() : scan.document.data();
   for (u32 i = node.elementTargets; i != kNone; i = scan.plan.targets[i].next) {
     Finding& finding = scan.findings[i];
-    finding.keyBegin = key.empty() ? 0 : static_cast<u32>(key.data() - text);
-    finding.keyLength = static_cast<u32>(key.size());
+    finding.key.begin = key.empty() ? 0 : static_cast<u32>(key.data() - text);
+    finding.key.length = static_cast<u32>(key.size());
     finding.flags =
         static_cast<u8>(inPath ? finding.flags | kKeyInPath : finding.flags & ~kKeyInPath);
   }

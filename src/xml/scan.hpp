@@ -69,7 +69,7 @@ using Answer = Finding;
 // Gives the lists back.
 inline void release(std::span<Answer> answers) {
   for (Answer& answer : answers) {
-    if (answer.list != nullptr) KWVSDisposePTRX(answer.list);
+    if (answer.capacity != 0) KWVSDisposePTRX(answer.list);
   }
 }
 
@@ -78,7 +78,7 @@ template <const auto& kKeys>
 class Answers {
  public:
   Answers() {
-    for (Answer& answer : lists()) answer.list = nullptr;  // there may be no scan after all
+    for (Answer& answer : lists()) answer.capacity = 0;  // there may be no scan after all
   }
   Answers(const Answers&) = delete;
   Answers& operator=(const Answers&) = delete;

@@ -69,7 +69,6 @@ struct PathName {
 struct DeclaredPrefix {
   u64 word;  // its first eight bytes
   u64 length;
-  u32 row;
   bool verbatim;  // the table's own
 };
 
@@ -122,9 +121,9 @@ struct Scan {
   bool metText = false;
   bool metAttributes = false;
 
-  u16 declaredAt[kNamespaceCount] = {};      // generation; 0: not declared yet
-  DeclaredPrefix declared[kNamespaceCount];  // in the order of the table
-  u32 declaredCount = 0;
+  // By the rows of the table.
+  u16 declaredAt[kNamespaceCount] = {};  // generation; 0: not declared yet
+  DeclaredPrefix declared[kNamespaceCount];
   KnownPrefix known[2] = {};  // these two are forgotten when a namespace is declared
   u16 generation = 0;         // counts declared namespaces
   u16 standing = 0;           // flags that every open element has
@@ -176,10 +175,11 @@ inline u32 find_other_row(const Scan& scan, const char* prefix, u32 length) {
   }
   const u64 mask = (u64{1} << 8 * length) - 1;
   const u64 word = load_bytes(prefix, 8);
-  for (u32 i = 0; i < scan.declaredCount; ++i) {
-    const DeclaredPrefix& declared = scan.declared[i];
+  for (u32 row = 0; row < kNamespaceCount; ++row) {
+    if (scan.declaredAt[row] == 0) continue;
+    const DeclaredPrefix& declared = scan.declared[row];
     if (((declared.word ^ word) & mask) != 0 || declared.length < length) continue;
-    return declared.verbatim && declared.length == length ? kNone : declared.row;
+    return declared.verbatim && declared.length == length ? kNone : row;
   }
   return kNone;
 }
@@ -294,7 +294,7 @@ inline void note_match(const Scan& scan, Finding& finding, u32 offset, u32 lengt
   if (finding.count == 0) {
     finding.firstOffset = offset;
     finding.firstLength = length;
-    finding.firstStatus = status;
+    finding.firstStatus = static_cast<i16>(status);
   }
   ++finding.count;
   finding.lastSerial = scan.serial;

@@ -20,19 +20,28 @@ enum FindingFlags : u8 {
   kKeyInPath = 8,  // the key stands in the path buffer, not in the document
 };
 
+// The key of the open element that matches a target of Collect::kEach; at most one does, since a path
+// leads to one depth. Of length 0: what is found there is found at every key.
+struct FoundKey {
+  u32 begin;
+  u32 length;
+};
+
 // What was found for one target.
 struct Finding {
-  void* list;  // matches or ranges, by the target's `collect`
-  u32 count;   // of all matches, whatever is collected
+  union {
+    void* list;  // matches or ranges, by the target's `collect`; none while `capacity` is 0
+    FoundKey key;
+  };
+  u32 count;  // of all matches, whatever is collected
   u32 capacity;
   u32 firstOffset;
   u32 firstLength;
-  i32 firstStatus;
   u32 lastSerial;
-  u32 keyBegin;   // of Collect::kEach: the key of the open element that matches; at most one does,
-  u32 keyLength;  // since a path leads to one depth. 0: what is found there is found at every key
+  i16 firstStatus;
   u8 flags;
 };
+static_assert(sizeof(Finding) <= 32, "all are zeroed for every scan");
 
 struct Reader;
 

@@ -171,8 +171,7 @@ inline void take_attribute(Scan& scan, const Tag& tag) {
 inline void note_plain_key(Scan& scan, const Node& node, const Tag& tag) {
   for (u32 i = node.elementTargets; i != kNone; i = scan.plan.targets[i].next) {
     Finding& finding = scan.findings[i];
-    finding.keyBegin = tag.offset + tag.valueBegin;
-    finding.keyLength = tag.valueLength();
+    finding.key = {tag.offset + tag.valueBegin, tag.valueLength()};
     finding.flags = static_cast<u8>(finding.flags & ~kKeyInPath);
   }
 }

@@ -75,18 +75,13 @@ struct AttributeReading {
 u16 declare(Scan& scan, u32 row, std::string_view prefix, bool isOwn) {
   scan.table[row].declaredPrefix = prefix.data();
   scan.table[row].declaredPrefixLength = prefix.size();
-  u32 at = scan.declaredCount++;
-  for (; at != 0 && scan.declared[at - 1].row > row; --at) {
-    scan.declared[at] = scan.declared[at - 1];
-  }
   // Only as many bytes are compared as a name's prefix has; behind a short one stands the URI.
-  scan.declared[at] = {load_bytes(prefix.data(), 8), prefix.size(), row, isOwn};
+  scan.declared[row] = {load_bytes(prefix.data(), 8), prefix.size(), isOwn};
   return scan.declaredAt[row] = ++scan.generation;
 }
 
 void undeclare_all(Scan& scan) {
   scan.generation = 0;
-  scan.declaredCount = 0;
   for (u32 row = 0; row < kNamespaceCount; ++row) {
     scan.declaredAt[row] = 0;
     scan.table[row].declaredPrefix = nullptr;
