@@ -26,17 +26,15 @@ i32 take_text(Scan& scan, u32 begin, u32 end) {
   scan.position = end - 1;
   if (!is_asked_for(scan)) return kSuccess;
   u32 trimmed = end;
-  if (scan.document.size() - begin >= 3) {
-    while (is_space(scan.document[trimmed - 1])) --trimmed;
-  }
+  while (is_space(scan.document[trimmed - 1])) --trimmed;
   return on_text(scan, begin, trimmed - begin);
 }
 
 // "<![CDATA[text]]>"
 i32 take_cdata(Scan& scan, u32 begin) {
   const u32 text = begin + 9;
-  for (u32 end = find(scan, begin, '>'); end != kNone; end = find(scan, end + 1, '>')) {
-    if (end < text + 2 || std::memcmp(scan.document.data() + end - 2, "]]", 2) != 0) continue;
+  for (u32 end = find(scan, text, '>'); end != kNone; end = find(scan, end + 1, '>')) {
+    if (std::memcmp(scan.document.data() + end - 2, "]]", 2) != 0) continue;
     scan.position = end;
     if (end - 2 == text) return kBadArgument;  // an empty section is refused
     scan.metText = true;

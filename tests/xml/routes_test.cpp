@@ -13,6 +13,7 @@
 #include "engine_routes.hpp"
 #include "support.hpp"
 #include "xml/plan.hpp"
+#include "xml/shapes.hpp"
 
 namespace {
 
@@ -20,6 +21,13 @@ using pxcl_test::EngineCase;
 
 std::string in_document(const std::string& root, const std::string& inside) {
   return "<?xml version=\"1.0\"?><cmd" + root + ">" + inside + "</cmd>";
+}
+
+// The row as often as it takes to make the scan look for what repeats itself.
+std::string many_of(const std::string& row) {
+  std::string rows;
+  while (rows.size() < pxcl::xml::kShortestRepeating) rows += row;
+  return rows;
 }
 
 TEST(Routes, AgreeOnEverySeed) {
@@ -309,13 +317,18 @@ TEST(Routes, AgreeOnOddTags) {
       {"cmd/a k", "<a k\1=\"v\">x</a>"},
       {"cmd/a k", "<a k=\"\">x</a><a k=\"" + std::string(64, 'v') + "\">y</a>"},
       {"cmd/a k", "<a k=\"v w\">x</a><a k=\" v\">y</a><a k=\"v \">z</a><a k=\"v>w\">y</a>"},
+      {"cmd/a k", "<a k=\"a value of more than 16>w\">x</a>"},
+      {"cmd/a k", "<a k=\"a value of more than 16<w\">x</a>"},
       {"cmd/a k=\"v w\"", "<a k=\"v w\">x</a><a k=\"v w\" l=\"\">y</a><a k=\"v w\" >z</a>"},
       {"cmd/a\1", "<a\1>x</a\1>"},
   };
+  // Near the document's end a tag with an attribute is read in another way.
+  const std::string root = " xmlns:p=\"" + std::string(clNsTable[0].uri) + "\"";
   for (const auto& [path, inside] : kRows) {
-    const std::string document =
-        "<?xml ?><cmd xmlns:p=\"" + std::string(clNsTable[0].uri) + "\">" + inside + "</cmd>";
-    EXPECT_EQ(pxcl_test::compare_routes({0, {path}, 0, document}), "") << document;
+    for (const std::string& behind : {std::string(), "<z>" + std::string(200, 't') + "</z>"}) {
+      const std::string document = in_document(root, inside + behind);
+      EXPECT_EQ(pxcl_test::compare_routes({0, {path}, 0, document}), "") << document;
+    }
   }
 }
 
@@ -498,6 +511,7 @@ TEST(Routes, AgreeOnListsWithOneOddRow) {
       "<a k=\"x\">t<b>y</b></a>",
       "<a k=\"x\">t</a>",
       "<a k=\"x\"><b> y</b><c>z</c></a>",
+      "<a k=\"x\"><b>y \t</b><c>z</c></a>",
       "<a k=\"x\"><b></b><c>z</c></a>",
       "<a k=\"\"><b>y</b><c>z</c></a>",
       "<a k=\"x\"><c>z</c><b>y</b></a>",
@@ -521,12 +535,11 @@ TEST(Routes, AgreeOnListsWithOneOddRow) {
 TEST(Routes, AgreeOnListsWithOneOddByte) {
   const std::string row = "<a k=\"x\">\n<b>y</b><c>z</c></a><d>t</d>";
   const std::vector<std::string> paths = {"cmd/a k", "cmd/a k/b", "cmd/a k/c", "cmd/d"};
-  std::string rows;
-  for (int i = 0; i < 12; ++i) rows += row;
+  const std::string rows = many_of(row);
   for (std::size_t at = 0; at < row.size(); ++at) {
     for (const char byte : {'x', '<', '>', '/', ' ', '"'}) {
       std::string odd = rows;
-      odd[6 * row.size() + at] = byte;
+      odd[rows.size() - 6 * row.size() + at] = byte;
       EXPECT_EQ(pxcl_test::compare_routes({0, paths, 0, in_document("", odd)}), "") << at << byte;
     }
   }
@@ -555,11 +568,19 @@ TEST(Routes, AgreeOnTagsThatDifferInOneByte) {
 
 // What the children of such an element match is not told by one of its nodes.
 TEST(Routes, AgreeOnListsBelowAnElementThatMatchesTwice) {
-  std::string rows;
-  for (int i = 0; i < 20; ++i) rows += "<b l=\"w\">1</b><b l=\"x\">2</b>";
+  const std::string rows = many_of("<b l=\"w\">1</b><b l=\"x\">2</b>");
   const std::string document = in_document("", "<a k=\"v\">" + rows + "</a>");
   const std::vector<std::string> paths = {"cmd/a k=\"v\"/b l=\"x\"", "cmd/a k/b l=\"w\""};
   EXPECT_EQ(pxcl_test::compare_routes({0, paths, 0, document}), "");
+}
+
+// One attribute for two targets, and an element with targets for two attributes.
+TEST(Routes, AgreeOnListsWhoseAttributeIsAskedForTwice) {
+  const std::string document = in_document("", many_of("<a k=\"v\">1</a>"));
+  for (const std::vector<std::string>& paths : std::vector<std::vector<std::string>>{
+           {"cmd/a k", "cmd/a k"}, {"cmd/a k", "cmd/a l"}, {"cmd/a l", "cmd/a k"}}) {
+    EXPECT_EQ(pxcl_test::compare_routes({0, paths, 0, document}), "") << paths.back();
+  }
 }
 
 // Past some number the index looks attributes up by hash; the first of one name still counts.

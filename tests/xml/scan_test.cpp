@@ -54,6 +54,7 @@ TEST(Scan, ResultsAndStopPositions) {
       {"<!x", -6, 0, "no \">\""},
       {"<cmd", -6, 0, "no \">\""},
       {"<cmd><![CDATA[x]>", -6, 5, "no \"]]>\""},
+      {"<cmd><![CDATA[>", -6, 5, "nothing but a \">\""},
       {"<cmd><![CDATA[]]></cmd>", -2, 16, "an empty section"},
       {"<cmd>text", -6, 5, "text to the end"},
       {"<cmd>a</cmd><", 0, 12, "not looked at behind the root"},
