@@ -4,7 +4,8 @@
 
 """Do the tests notice? Flips one operator or constant of src/xml and src/keyed at a time, or leaves out a check, in a copy of
 the tree, and runs the tests of the layer and of what stands on it; where all pass, once more with address and undefined
-behaviour sanitizers. Prints the flips that nothing notices, and how many are noticed.
+behaviour sanitizers. What is left is counted in instructions by the benchmarks: much of the engine is there for speed alone, and
+without it a general way is taken. Prints the flips that no test notices, and how many are noticed.
 
     tests/mutate.py --count 150 --seed 1 [--jobs 2] [FILE...]
 """
@@ -36,6 +37,11 @@ TESTS = {
 PLAIN = "-O1"
 SANITIZED = "-O1 -fsanitize=address,undefined -fno-sanitize-recover=all"
 
+# Benchmarks whose rows are counted, and how much more of one is a cost: two trees differ in some calls' last digits.
+BENCHMARKS = ["engine", "replies"]
+COSTLY = 1.005
+COSTS = "nothing but instructions"
+
 FLIPS = [
     (r"==", ["!="]), (r"!=", ["=="]), (r"(?<= )<=(?= )", ["<"]), (r"(?<= )>=(?= )", [">"]), (r"(?<= )<(?= )", ["<="]),
     (r"(?<= )>(?= )", [">="]), (r"&&", ["||"]), (r"\|\|", ["&&"]), (r"\+\+", ["--"]), (r"--", ["++"]), (r"\+=", ["-="]),
@@ -63,25 +69,33 @@ def flips_of(name, text):
 
 
 class Build:
-    """The tests of a tree, built in one way."""
+    """A tree built in one way."""
 
-    def __init__(self, root, name, flags, tests, seconds):
-        self.folder, self.tests, self.seconds = root / name, tests, seconds
+    def __init__(self, root, name, *options):
+        self.folder = root / name
         subprocess.run(["cmake", "-S", root, "-B", self.folder, "-G", "Ninja", "-Wno-dev", "-DCMAKE_BUILD_TYPE=None",
-                        f"-DCMAKE_CXX_FLAGS={flags}", f"-DCMAKE_C_FLAGS={flags}", "-DPXCL_BUILD_TOOLS=OFF"],
-                       check=True, stdout=subprocess.DEVNULL)
-        for _, target in tests["xml"]:
-            if not self.build(target, ccache=True):
-                raise SystemExit(f"{target} does not build as it is")
-        self.whole = {test: self.program(*test).read_bytes() for test in tests["xml"]}
-
-    def program(self, folder, target):
-        return self.folder / "tests" / folder / target
+                        "-DPXCL_BUILD_TOOLS=OFF", *options], check=True, stdout=subprocess.DEVNULL)
 
     def build(self, target, ccache=False):
         environment = dict(os.environ) if ccache else dict(os.environ, CCACHE_DISABLE="1")
         return subprocess.run(["cmake", "--build", self.folder, "-t", target], env=environment,
                               stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL).returncode == 0
+
+    def build_whole(self, target):
+        if not self.build(target, ccache=True):
+            raise SystemExit(f"{target} does not build as it is")
+
+
+class Tests(Build):
+    def __init__(self, root, name, flags, tests, seconds):
+        super().__init__(root, name, f"-DCMAKE_CXX_FLAGS={flags}", f"-DCMAKE_C_FLAGS={flags}")
+        self.tests, self.seconds = tests, seconds
+        for _, target in tests["xml"]:
+            self.build_whole(target)
+        self.whole = {test: self.program(*test).read_bytes() for test in tests["xml"]}
+
+    def program(self, folder, target):
+        return self.folder / "tests" / folder / target
 
     def passes(self, folder, target):
         program = self.program(folder, target)
@@ -109,6 +123,30 @@ class Build:
         return None
 
 
+class Benchmarks(Build):
+    def __init__(self, root):
+        super().__init__(root, "build-benchmarks", "-DPXCL_BUILD_BENCH=ON", "-DPXCL_BUILD_TESTS=OFF")
+        self.command = [root / "bench" / "instructions.sh"] + [self.folder / "bench" / name for name in BENCHMARKS]
+        for name in BENCHMARKS:
+            self.build_whole(f"{name}_bench")
+        self.whole = self.count()
+
+    def count(self):
+        """The library's instructions by row; None when an answer is another than the peers'."""
+        done = subprocess.run(self.command, stdout=subprocess.PIPE, stderr=subprocess.DEVNULL, text=True)
+        counts = (line.split() for line in done.stdout.splitlines())
+        return {row: int(count) for count, _, row in counts if row.endswith("/pxcl")} if done.returncode == 0 else None
+
+    def judge(self):
+        """Whether the benchmarks notice what the tree is now, and if not, whether it costs."""
+        for name in BENCHMARKS:
+            self.build(f"{name}_bench")
+        counts = self.count()
+        if counts is None:
+            return "benchmarks"
+        return COSTS if any(counts[row] > COSTLY * count for row, count in self.whole.items()) else None
+
+
 class Tree:
     """A copy of the tree with builds of its own. What is being edited meanwhile changes nothing here."""
 
@@ -116,10 +154,11 @@ class Tree:
         self.root = WORK / f"tree{number}"
         shutil.rmtree(self.root, ignore_errors=True)
         shutil.copytree(ROOT, self.root, ignore=SKIPPED)
-        self.plain = Build(self.root, "build", PLAIN, TESTS, SECONDS)
+        self.plain = Tests(self.root, "build", PLAIN, TESTS, SECONDS)
         # The sweep has pages of its own that cannot be read.
         tests = {layer: [test for test in of_layer if test[1] != "sweep"] for layer, of_layer in TESTS.items()}
-        self.sanitized = Build(self.root, "build-sanitized", SANITIZED, tests, SANITIZED_SECONDS)
+        self.sanitized = Tests(self.root, "build-sanitized", SANITIZED, tests, SANITIZED_SECONDS)
+        self.benchmarks = Benchmarks(self.root)
 
     def judge(self, flip):
         name, offset, old, new = flip
@@ -130,7 +169,7 @@ class Tree:
             by = self.plain.judge(layer)
             if by is None and self.sanitized.judge(layer) not in (None, "compiler"):
                 return "sanitizers"
-            return by
+            return by or self.benchmarks.judge()
         finally:
             (self.root / name).write_text(text)
 
@@ -168,13 +207,14 @@ def main():
     with concurrent.futures.ThreadPoolExecutor(options.jobs) as pool:
         for flip, by in pool.map(judge, chosen):
             noticed[by] += 1
-            if by is None:
-                print(describe(texts[flip[0]], flip), flush=True)
+            if by in (None, COSTS):
+                print(describe(texts[flip[0]], flip) + ("" if by is None else " (costs)"), flush=True)
     built = len(chosen) - noticed["compiler"]
+    missed = noticed[None] + noticed[COSTS]
     print(f"{len(every)} flips, {len(chosen)} tried, {noticed['compiler']} refused or dropped by the compiler; "
-          f"tests notice {built - noticed[None]} of {built}")
+          f"tests notice {built - missed} of {built}; {noticed[COSTS]} of the other {missed} cost {COSTS}")
     for by, count in noticed.most_common():
-        if by not in (None, "compiler"):
+        if by not in (None, COSTS, "compiler"):
             print(f"  {by}: {count}")
 
 
