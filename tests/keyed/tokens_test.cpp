@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <climits>
 #include <string>
 
 #include "keyed.h"
@@ -48,6 +49,11 @@ TEST(GetToken, CutsOneField) {
     const char* field = getToken(block.data(), size_of(block), start, end, occurrence, &found);
     EXPECT_EQ(field == nullptr ? kNone : field - block.data(), at) << text;
     EXPECT_EQ(found, length) << text;
+  }
+  for (const int none : {0, -1, INT_MIN}) {
+    std::uint32_t found = 99;
+    EXPECT_EQ(getToken("a1b", none, "a", "b", 0, &found), nullptr) << none;
+    EXPECT_EQ(found, 0u) << none;
   }
 }
 
