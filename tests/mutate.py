@@ -5,7 +5,7 @@
 """Do the tests notice? Flips one operator or constant of src/xml and src/keyed at a time, or leaves out a check, in a copy of
 the tree, and runs the tests of the layer and of what stands on it; where all pass, once more with address and undefined
 behaviour sanitizers. What is left is counted in instructions by the benchmarks: much of the engine is there for speed alone, and
-without it a general way is taken. Prints the flips that no test notices, and how many are noticed.
+without it a general way is taken. Prints the flips that no test notices, and how many are noticed. Needs what bench/run needs.
 
     tests/mutate.py --count 150 --seed 1 [--jobs 2] [FILE...]
 """
