@@ -15,6 +15,10 @@ std::string_view drop_last_slash(std::string_view uri) {
   return uri;
 }
 
+constexpr ClXmlNameSpaceEntry undeclared(const Namespace& own) {
+  return {own.uri.data(), own.prefix.data(), nullptr, 0};
+}
+
 }  // namespace
 
 bool is_same_uri(std::string_view a, std::string_view b) {
@@ -49,11 +53,11 @@ using namespace pxcl::xml;
 extern "C" {
 
 constexpr ClXmlNameSpaceEntry clNsTable[5] = {
-    {kNamespaces[0].uri.data(), kNamespaces[0].prefix.data(), nullptr, 0},
-    {kNamespaces[1].uri.data(), kNamespaces[1].prefix.data(), nullptr, 0},
-    {kNamespaces[2].uri.data(), kNamespaces[2].prefix.data(), nullptr, 0},
-    {kNamespaces[3].uri.data(), kNamespaces[3].prefix.data(), nullptr, 0},
-    {nullptr, nullptr, nullptr, 0},
+    undeclared(kNamespaces[0]),
+    undeclared(kNamespaces[1]),
+    undeclared(kNamespaces[2]),
+    undeclared(kNamespaces[3]),
+    {},
 };
 static_assert(clNsTable[4].uri == nullptr, "the table is walked up to its null row");
 
