@@ -154,6 +154,31 @@ TEST(Writer, RefusesRangesThatCannotBe) {
   }
 }
 
+// No place, no length where there is a value, no new value: such a record changes nothing.
+TEST(Writer, LeavesOutRecordsThatAreNotApplied) {
+  const struct {
+    std::uint64_t offset, length;
+    int status;
+    const char* newValue;
+  } kRows[] = {
+      {0, 3, 1, "v"}, {0, 0, -102, "v"}, {20, 0, 1, "v"}, {20, 0, -101, "v"}, {20, 3, 1, nullptr}};
+  for (const auto& row : kRows) {
+    Job job("<cmd><a>xyz</a></cmd>", {{"cmd/a", "value"}, {"cmd/b", "v"}});
+    std::string output(64, '#');
+    ASSERT_EQ(job.write(output.data(), output.size()), 0);
+    const std::string expected = output;
+    ClXmlParameter& other = job.request.parameters[1];
+    other.valueOffset = row.offset;
+    other.valueLength = row.length;
+    other.status = row.status;
+    other.newValue = row.newValue;
+    output.assign(64, '#');
+    job.request.record.outputSize = output.size();
+    EXPECT_EQ(ClXmlWrite(&job.request.record), 0) << row.offset;
+    EXPECT_EQ(output, expected) << row.offset;
+  }
+}
+
 TEST(Writer, RefusesValuesThatNoTextHas) {
   constexpr std::uint64_t kMost = std::min(std::uint64_t{1} << 62, std::uint64_t{SIZE_MAX / 2});
   const struct {
