@@ -64,9 +64,10 @@ u64 count_values(const NameSpaceTexts& texts) {
   return count;
 }
 
-ItemEntry decode_value(std::string_view run, const ItemSet& item, u16 nameSpace) {
+ItemEntry decode_value(std::string_view run, const ItemSet& item, u16 nameSpace,
+                       Keywords keywords) {
   if (item.dictionary == nullptr) return {read_number(run), nameSpace, kNoItemCode};
-  const DicMatch match = look_up(rows_of(item.dictionary, item.rowCount), run);
+  const DicMatch match = look_up(rows_of(item.dictionary, item.rowCount), run, keywords);
   return {match.index, nameSpace, static_cast<i16>(match.code)};
 }
 
@@ -323,7 +324,7 @@ NameSpaceTexts found_texts(std::string_view document,
   return texts;
 }
 
-i32 decode_list(const NameSpaceTexts& texts, ItemSet* item) {
+i32 decode_list(const NameSpaceTexts& texts, ItemSet* item, Keywords keywords) {
   const u64 values = count_values(texts);
   Owned<ItemEntry> entries = Owned<ItemEntry>::allocate(values);
   if (values != 0 && !entries) return kNoMemory;
@@ -331,7 +332,7 @@ i32 decode_list(const NameSpaceTexts& texts, ItemSet* item) {
   u32 count = 0;
   for (u16 k = 0; k < kNameSpaceCount; ++k) {
     for_each_value(texts[k], [&](std::string_view run) {
-      entries[count] = decode_value(run, *item, k);
+      entries[count] = decode_value(run, *item, k, keywords);
       if (!is_unknown(entries[count], *item)) ++count;
     });
   }
@@ -342,13 +343,13 @@ i32 decode_list(const NameSpaceTexts& texts, ItemSet* item) {
 }
 
 i32 decode_into(std::string_view text, const ItemSet& item, u16 nameSpace,
-                std::span<ItemEntry> entries) {
+                std::span<ItemEntry> entries, Keywords keywords) {
   std::size_t filled = 0;
   Runs runs(text);
   // A run of blanks is a value here: an unknown keyword, or no number.
   for (std::string_view run = runs.next(); !run.empty(); run = runs.next()) {
     if (filled == entries.size()) return kBadArgument;
-    entries[filled++] = decode_value(run, item, nameSpace);
+    entries[filled++] = decode_value(run, item, nameSpace, keywords);
   }
   const u32 filler = item.dictionary != nullptr ? kUnknownIndex : kFillerNumber;
   for (ItemEntry& entry : entries.last(entries.size() - filled)) {

@@ -12,6 +12,7 @@
 #include "keyed/ask.hpp"
 #include "keyed/format.hpp"
 #include "keyed/paths.hpp"
+#include "keyed/values.hpp"
 #include "keyed/vocabulary.hpp"
 #include "util/owned.hpp"
 
@@ -69,11 +70,11 @@ NameSpaceTexts found_texts(std::string_view document,
 
 // What Get_ItemSet makes of the texts: all their values that are in the dictionary, ordered by
 // code, those without one first. kOk, kNoMemory or kBadArgument; the item is changed with kOk only.
-i32 decode_list(const NameSpaceTexts& texts, ItemSet* item);
+i32 decode_list(const NameSpaceTexts& texts, ItemSet* item, Keywords keywords = Keywords::kAny);
 
 // What Get_ItemSetByReq makes of one text: its values, those with a code first, then fillers.
 // kBadArgument when there are more values than entries.
 i32 decode_into(std::string_view text, const ItemSet& item, u16 nameSpace,
-                std::span<ItemEntry> entries);
+                std::span<ItemEntry> entries, Keywords keywords = Keywords::kAny);
 
 }  // namespace pxcl::keyed

@@ -12,7 +12,8 @@ i32 read_item(std::string_view document, std::span<const Answer, kNameSpaceCount
   ItemSet item = {};
   item.dictionary = dictionary.rows;
   item.rowCount = *dictionary.rowCount;
-  const i32 status = keyed::decode_list(keyed::found_texts(document, keys), &item);
+  const i32 status =
+      keyed::decode_list(keyed::found_texts(document, keys), &item, keyed::Keywords::kValues);
   entries.block.reset(item.entries);
   entries.count = item.entryCount;
   return status;

@@ -56,7 +56,8 @@ i32 read_keywords(std::string_view text, const Dictionary& dictionary, Keywords&
   item.dictionary = dictionary.rows;
   item.rowCount = *dictionary.rowCount;
   keywords.count = *dictionary.rowCount - 1u;
-  return keyed::decode_into(text, item, 0, std::span(keywords.entries).first(keywords.count));
+  return keyed::decode_into(text, item, 0, std::span(keywords.entries).first(keywords.count),
+                            keyed::Keywords::kValues);
 }
 
 // Fields of a record that are filled one after the other; what is too much is dropped.
