@@ -19,7 +19,7 @@ constexpr u32 kFewest = 8;  // records that a list has room for
   if (!block) return false;
   if (finding.count != 0)
     std::memcpy(block.get(), finding.list, static_cast<std::size_t>(finding.count * recordSize));
-  if (finding.capacity != 0) KWVSDisposePTRX(finding.list);
+  KWVSDisposePTRX(finding.list);
   finding.list = block.release();
   finding.capacity = larger;
   return true;
