@@ -32,13 +32,10 @@ inline bool append(Finding& finding, const Record& record) {
   return true;
 }
 
-void give(const Scan& scan, u32 number, u32 offset, u32 length, i32 status) {
-  if (scan.readers == nullptr) return;
-  const Finding& finding = scan.findings[number];
+// The key that was noted for a target of Collect::kEach.
+inline std::string_view key_of(const Scan& scan, const Finding& finding) {
   const char* text = (finding.flags & kKeyInPath) != 0 ? scan.path.begin() : scan.document.data();
-  const Reader& reader = scan.readers[number];
-  reader.take(reader.self,
-              {{text + finding.key.begin, finding.key.length}, offset, length, status});
+  return {text + finding.key.begin, finding.key.length};
 }
 
 }  // namespace
@@ -46,13 +43,14 @@ void give(const Scan& scan, u32 number, u32 offset, u32 length, i32 status) {
 bool collect(Scan& scan, u32 number, u32 offset, u32 length, i32 status) {
   Finding& finding = scan.findings[number];
   const Collect wanted = scan.plan.targets[number].collect;
-  if (wanted == Collect::kRanges) {
-    if (!append(finding, ClXmlValueRange{offset, length})) return false;
-  } else if (wanted == Collect::kMatches) {
-    if (!append(finding, ClXmlMatch{scan.serial, offset, length, status})) return false;
-  } else {
-    give(scan, number, offset, length, status);
+  if (wanted == Collect::kEach) {
+    give(scan, number, {key_of(scan, finding), offset, length, status});
+    return true;
   }
+  const bool stored = wanted == Collect::kRanges
+                          ? append(finding, ClXmlValueRange{offset, length})
+                          : append(finding, ClXmlMatch{scan.serial, offset, length, status});
+  if (!stored) return false;
   const u32 hasValue = status == kFound ? kHasValue : 0;
   const u32 hasRange = length != 0 ? kHasRange : 0;
   finding.flags = static_cast<u8>(finding.flags | hasValue | hasRange);

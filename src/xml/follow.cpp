@@ -28,6 +28,7 @@ inline void end_stretch(Scan& scan, Shape& next, u32 end) {
   if (stretch.length > kLongestStretch) return;
   stretch.limit = static_cast<u32>(scan.document.size()) - stretch.length - kValueReach;
   stretch.next = &next;
+  stretch.isInner = stretch.closed == 0 && stretch.opened == 0;
   scan.lastShape->follower = stretch;
 }
 
@@ -52,6 +53,13 @@ inline bool is_simple(const Scan& scan, const Tag& tag, u32 number) {
   return target.next == kNone && is_named(tag, {target.attributeName, target.attributeNameLength});
 }
 
+// The target that gets the text of a leaf that matches `node`, with its key, if it is the only one.
+inline u32 only_each(const Scan& scan, const Node& node) {
+  if ((node.flags & kEachValue) == 0) return kNone;
+  const u32 target = node.elementTargets;
+  return scan.plan.targets[target].next == kNone ? target : kNone;
+}
+
 // Notes what comes of a tag with a new shape below `parent`.
 inline void describe(Scan& scan, const OpenElement& parent, const Tag& tag, u32 node,
                      Shape& shape) {
@@ -62,6 +70,8 @@ inline void describe(Scan& scan, const OpenElement& parent, const Tag& tag, u32 
   if (shape.byValue) shape.name = read_name(scan, tag.text, tag.nameLength);
   const bool mayGive = shape.hasValue && node != kNone;
   shape.target = mayGive ? scan.plan.nodes[node].attributeTargets : kNone;
+  shape.mayMatch = shape.byValue || node != kNone;
+  shape.each = mayGive && !shape.byValue ? only_each(scan, scan.plan.nodes[node]) : kNone;
 }
 
 // --- Following -----------------------------------------------------------------------------------
@@ -145,15 +155,20 @@ inline Tag as_tag(const char* text, const Shape& shape, const FollowingTag& foll
   return tag;
 }
 
+// The length of a leaf's text without the white space at its end.
+inline u32 text_length(const char* text, const FollowingTag& tag) {
+  u32 close = tag.close;
+  while (is_space(text[close - 1])) --close;
+  return close - tag.inside;
+}
+
 // Gives a leaf's text to the targets of a node that it matches, and any tag's value to those that
 // want it as the key.
 inline bool serve(Scan& scan, const char* text, const Shape& shape, FollowingTag tag, u32 number) {
   const Node& node = scan.plan.nodes[number];
   if ((node.flags & kEachValue) != 0) note_plain_key(scan, node, as_tag(text, shape, tag));
   if (!shape.key.isLeaf || (node.flags & kElementTargets) == 0) return true;
-  u32 close = tag.close;
-  while (is_space(text[close - 1])) --close;
-  return on_leaf(scan, node, tag.inside, close - tag.inside);
+  return on_leaf(scan, node, tag.inside, text_length(text, tag));
 }
 
 // The same for the node of the shape, which may want the attribute too.
@@ -187,11 +202,22 @@ inline u32* append_by_value(Scan& scan, const char* text, const Shape& shape,
   return shape.node == kNone || serve_own(scan, text, shape, tag);
 }
 
+// Gives a leaf's text and its key to shape.each.
+[[gnu::noinline]] void serve_each(const Scan& scan, const char* text, const Shape& shape,
+                                  FollowingTag tag) {
+  Finding& finding = scan.findings[shape.each];
+  const u32 length = text_length(text, tag);
+  note_match(scan, finding, tag.inside, length, kFound);
+  give(scan, shape.each, {{text + tag.value, tag.valueLength}, tag.inside, length, kFound});
+}
+
 inline bool serve_following(Scan& scan, const char* text, const Shape& shape,
                             const FollowingTag& tag, u32 aliveTop) {
   ++scan.serial;
-  const bool mayMatch = shape.byValue || shape.node != kNone;
-  return !mayMatch || serve_nodes(scan, text, shape, tag, aliveTop);
+  if (!shape.mayMatch) return true;
+  if (shape.each == kNone) return serve_nodes(scan, text, shape, tag, aliveTop);
+  serve_each(scan, text, shape, tag);
+  return true;
 }
 
 inline void open_followed(Scan& scan, Follower& follower, const Shape& shape, u32 offset) {
@@ -203,6 +229,7 @@ inline void open_followed(Scan& scan, Follower& follower, const Shape& shape, u3
 
 // Closes and opens what `stretch`, which begins here, does.
 inline void pass_stretch(Scan& scan, Follower& follower, const Stretch& stretch) {
+  if (stretch.isInner) return;
   if (stretch.closed != 0) {
     follower.top -= stretch.closed;
     follower.aliveTop = follower.top[1].aliveBegin;

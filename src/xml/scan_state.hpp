@@ -287,6 +287,13 @@ inline void append_range(Finding& finding, u32 offset, u32 length, i32 status) {
   finding.flags = static_cast<u8>(finding.flags | hasValue | hasRange);
 }
 
+// Hands what was found for a target of Collect::kEach to its reader.
+inline void give(const Scan& scan, u32 number, const EachText& text) {
+  if (scan.readers == nullptr) return;
+  const Reader& reader = scan.readers[number];
+  reader.take(reader.self, text);
+}
+
 // Keeps what a target wants beside its first match; false when memory is short.
 bool collect(Scan& scan, u32 number, u32 offset, u32 length, i32 status);
 

@@ -14,7 +14,7 @@
 namespace pxcl::xml {
 
 enum FindingFlags : u8 {
-  kHasValue = 1,   // a match with status 1; as the next not for Collect::kFirst
+  kHasValue = 1,   // a match with status 1; as the next for lists only
   kHasRange = 2,   // a match with a length
   kMetNoPath = 4,  // the path is null, and an event came upon it
   kKeyInPath = 8,  // the key stands in the path buffer, not in the document

@@ -42,7 +42,8 @@ struct Stretch {
   u32 opened;
   u32 names[kMostOpened];  // of the opened elements, from `begin` on
   const Shape* shapes[kMostOpened];
-  Shape* next;  // the shape behind it
+  Shape* next;   // the shape behind it
+  bool isInner;  // within one element: nothing is closed or opened
 };
 
 // What a tag is known by.
@@ -80,10 +81,12 @@ struct Shape {
   u32 number;
   u32 node;    // what every tag matches that begins so there; kNone
   u32 target;  // the one that gets the attribute; kNone for none
+  u32 each;    // the one that gets a leaf's text with the value as its key, if nothing else does
   u16 flags;   // of an element that is opened by such a tag
   bool hasValue;
-  bool byValue;  // some tags match other nodes too, by their value
-  NameKey name;  // where they do
+  bool byValue;   // some tags match other nodes too, by their value
+  bool mayMatch;  // there is a node, or such a tag
+  NameKey name;   // where they do
   UsualLength valueLength;
   UsualLength textLength;
   Stretch follower;

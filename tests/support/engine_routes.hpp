@@ -247,9 +247,11 @@ struct EachReader {
   std::string key;
   std::int32_t status = pxcl::xml::kNotFound;
   std::vector<ClXmlValueRange> ranges = {};
+  std::uint32_t count = 0;  // at all keys
 
   static void take(void* self, const pxcl::xml::EachText& text) {
     EachReader& reader = *static_cast<EachReader*>(self);
+    ++reader.count;
     if (!text.key.empty() && text.key != reader.key) return;
     if (reader.ranges.empty()) reader.status = text.status;
     if (text.offset != 0 && text.length != 0) reader.status = pxcl::xml::kFound;
@@ -257,8 +259,33 @@ struct EachReader {
   }
 };
 
+// What the keys find at `key`, by the last one of them.
+inline std::string texts_at(const std::string& key, const EngineCase& one,
+                            const std::vector<pxcl::xml::Key>& keys) {
+  std::vector<EachReader> texts(keys.size(), {key});
+  std::vector<pxcl::xml::Reader> readers;
+  for (EachReader& reader : texts) readers.push_back({EachReader::take, &reader});
+  Answers answers(keys.size());
+  pxcl::xml::scan(one.document, one.flags, keys, answers.all, nullptr, readers.data());
+  std::ostringstream text;
+  if (keys.back().wanted == pxcl::xml::Wanted::kEach) {
+    const std::vector<ClXmlValueRange>& ranges = texts.back().ranges;
+    describe_ranges(text, ranges.data(), static_cast<std::uint32_t>(ranges.size()));
+    text << texts.back().status << (texts.back().count == answers.all.back().count ? "" : " count");
+  } else {
+    const pxcl::xml::Answer& list = answers.all.back();
+    describe_ranges(text, ranges_of(list).data(), list.count);
+    text << (list.count == 0                            ? pxcl::xml::kNotFound
+             : (list.flags & pxcl::xml::kHasRange) != 0 ? pxcl::xml::kFound
+                                                        : list.firstStatus);
+  }
+  return text.str();
+}
+
 // The texts of every key, held against a list request for the path with one of the keys.
 inline std::string compare_each(const EngineCase& one, const std::string& path) {
+  using pxcl::xml::Key;
+  using pxcl::xml::Wanted;
   const EachPath each = split_each(path);
   if (each.path.empty()) return {};
   const Texts alone({one.flags, {path}, 0, one.document});
@@ -267,23 +294,17 @@ inline std::string compare_each(const EngineCase& one, const std::string& path) 
   run_plain(list, one.flags, run);
   const ClXmlListParameter& expected = list.parameters.front();
   std::ostringstream plainText;
-  plainText << expected.status;
   describe_ranges(plainText, expected.ranges, expected.rangeCount);
-  // Beside a request for the attribute, which is another one, and alone.
-  for (const std::size_t first : {0u, 1u}) {
-    EachReader reader = {each.key};
-    std::vector<pxcl::xml::Key> keys(2 - first);
-    for (pxcl::xml::Key& key : keys) key.path = each.path;
-    keys.back().group = 1;
-    keys.back().wanted = pxcl::xml::Wanted::kEach;
-    std::vector<pxcl::xml::Answer> answers(keys.size());
-    std::vector<pxcl::xml::Reader> readers(keys.size(), {EachReader::take, &reader});
-    pxcl::xml::scan(one.document, one.flags, keys, answers, nullptr, readers.data());
-    std::ostringstream scanText;
-    scanText << reader.status;
-    describe_ranges(scanText, reader.ranges.data(),
-                    static_cast<std::uint32_t>(reader.ranges.size()));
-    std::string found = difference("each of " + path, plainText.str(), scanText.str());
+  plainText << expected.status;
+  const Key attribute = {each.path};
+  const Key texts = {each.path, Wanted::kEach, 1};
+  const Key others = {each.path, Wanted::kEach, 2};
+  const Key written = {path, Wanted::kAll, 3};
+  const std::vector<Key> requests[] = {{texts},         {attribute, texts}, {others, texts},
+                                       {texts, others}, {written, texts},   {texts, written}};
+  for (const std::vector<Key>& keys : requests) {
+    std::string found =
+        difference("each of " + path, plainText.str(), texts_at(each.key, one, keys));
     if (!found.empty()) return found;
   }
   return {};
