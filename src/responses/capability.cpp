@@ -4,6 +4,7 @@
 #include "responses/capability.hpp"
 
 #include "keyed/values.hpp"
+#include "xml/plan.hpp"
 
 namespace pxcl::responses {
 
@@ -21,14 +22,29 @@ i32 read_item(std::string_view document, std::span<const Answer, kNameSpaceCount
 
 bool KeywordTexts::attend(const KeywordElements& elements, std::span<Reader> readers) {
   const u64 rowCount = *elements.dictionary.rowCount;
+  dictionary_ = elements.dictionary;
   elementCount_ = elements.paths.size();
   rows_ = Owned<First>::allocate(readers.size() * rowCount);
   if (!rows_) return false;
   for (std::size_t i = 0; i < readers.size(); ++i) {
-    columns_[i] = {elements.dictionary, rows_.get() + i * rowCount};
+    columns_[i] = {this, rows_.get() + i * rowCount};
     readers[i] = {take, &columns_[i]};
   }
   return true;
+}
+
+u16 KeywordTexts::row_of(std::string_view keyword) {
+  if (keyword.size() == lastLength_ &&
+      xml::equal_bytes(keyword.data(), dictionary_.rows[lastRow_].keyword, lastLength_)) {
+    return lastRow_;
+  }
+  const u16 row =
+      keyed::find_keyword({dictionary_.rows, *dictionary_.rowCount}, keyword, dictionary_.words);
+  if (row != keyed::kUnknownIndex) {
+    lastRow_ = row;
+    lastLength_ = keyword.size();
+  }
+  return row;
 }
 
 void KeywordTexts::take(void* self, const xml::EachText& text) {
@@ -37,13 +53,11 @@ void KeywordTexts::take(void* self, const xml::EachText& text) {
     First& first = column.rows[row];
     if (first.offset == 0) first = {static_cast<u32>(text.offset), static_cast<u32>(text.length)};
   };
-  const u16 rowCount = *column.dictionary.rowCount;
   if (!text.key.empty()) {
-    const u16 row =
-        keyed::find_keyword({column.dictionary.rows, rowCount}, text.key, column.dictionary.words);
+    const u16 row = column.owner->row_of(text.key);
     if (row != keyed::kUnknownIndex) keep(row);
   } else if (!column.isFull) {
-    for (u64 row = 0; row < rowCount; ++row) keep(row);
+    for (u64 row = 0; row < *column.owner->dictionary_.rowCount; ++row) keep(row);
     column.isFull = true;
   }
 }

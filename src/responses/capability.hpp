@@ -86,14 +86,19 @@ class KeywordTexts {
   };
   // One element under one namespace.
   struct Column {
-    Dictionary dictionary = {};
+    KeywordTexts* owner = nullptr;
     First* rows = nullptr;  // by the dictionary's rows
     bool isFull = false;
   };
 
   static void take(void* column, const xml::EachText& text);
+  u16 row_of(std::string_view keyword);  // kUnknownIndex for a text that is no keyword
 
   Column columns_[kNameSpaceCount * kMostElements];
+  Dictionary dictionary_ = {};
+  // The keyword met last: the elements of one mostly stand together.
+  u16 lastRow_ = keyed::kUnknownIndex;
+  u64 lastLength_ = 0;
   u64 elementCount_ = 0;
   Owned<First> rows_;
 };

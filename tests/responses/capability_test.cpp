@@ -68,6 +68,17 @@ TEST(PaperSize, Files) {
   EXPECT_EQ(size_at(other, 3), "0: 7@0 0,0 0,0 0,0 0,0,0,0 0,0,0,0 0,0,0,0 ");
 }
 
+TEST(PaperSize, AKeywordThatBeginsLikeTheOneBeforeIsAnother) {
+  std::string text = "<zirk:papersize>iso_a4_210x297mm</zirk:papersize>";
+  for (const char* key :
+       {"border papersize=\"iso_a4_210x297mm", "borderless papersize=\"iso_a4_210x297mm2",
+        "duplex papersize=\"iso_a4_210x297m"}) {
+    text += "<zirk:printarea_" + std::string(key) + "\">1,2</zirk:printarea_" +
+            std::string(key, std::strcspn(key, " ")) + ">";
+  }
+  EXPECT_EQ(size_at(reply(text), 0), "0: 4@0 1,2 0,0 0,0 0,0,0,0 0,0,0,0 0,0,0,0 ");
+}
+
 TEST(PaperSize, TooFewNumbersKeepWhatCameBefore) {
   const std::string text = file("capability_damaged_sizes.xml");
   EXPECT_EQ(size_at(text, 0), "0: 1@0 1,2 3,4 5,6 7,8,9,10 11,12,13,14 15,16,17,18 ");
