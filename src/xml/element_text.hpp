@@ -28,7 +28,9 @@ constexpr bool read_value(ElementText text, u32 open, u32 nameHash, Separators& 
   u32 local = open + 1;
   u32 close = separators.next();
   while (close != text.size && text[close] != '"') {
-    if (text[close] == ':' && local == open + 1) local = close + 1;
+    const char byte = text[close];
+    if (byte == '\0' || byte == '<' || byte == '>') return false;
+    if (byte == ':' && local == open + 1) local = close + 1;
     close = separators.next();
   }
   // An empty value, and one in white space, are not simple.
@@ -38,6 +40,7 @@ constexpr bool read_value(ElementText text, u32 open, u32 nameHash, Separators& 
   }
   attribute.value = text.bytes + open + 1;
   attribute.valueLength = close - open - 1;
+  node.flags = kSimple | kMaybeNamed;
   node.textLength = close + 1;
   node.key = valued_key(element_key(node.parent, nameHash, kValuedKey),
                         separators.hash(text.bytes, local, close));
@@ -49,7 +52,7 @@ template <typename Separators>
 constexpr bool read_attribute(ElementText text, u32 blank, u32 nameHash, Separators& separators,
                               Node& node, RequestedAttribute& attribute) {
   const u32 end = separators.next();
-  if (end == blank + 1) return false;
+  if (end == blank + 1 || text[blank + 1] == 'x') return false;  // it may declare a namespace
   attribute.name = text.bytes + blank + 1;
   attribute.nameLength = end - blank - 1;
   node.attributeCount = 1;
@@ -87,6 +90,13 @@ constexpr bool read_simple_element(ElementText text, Separators separators, Node
   return text[at] == ' ' && read_attribute(text, at, nameHash, separators, node, attribute);
 }
 
+// Whether tags may be held against the bytes of an element at `depth`, as Node::next asks for: there
+// is room to open it.
+constexpr bool is_expectable(const Node& node, u32 depth) {
+  return (node.flags & (kSimple | kNameOnly | kEachValue)) == kSimple &&
+         node.nameLength < 2 * kLane && depth <= kUsualDepth;
+}
+
 // --- Byte by byte --------------------------------------------------------------------------------
 
 struct SeparatorBytes {
@@ -94,7 +104,7 @@ struct SeparatorBytes {
   u32 at = 0;
 
   static constexpr bool is_separator(char byte) {
-    return static_cast<u8>(byte) <= '"' || byte == '/' || byte == ':' || byte == '=';
+    return static_cast<u8>(byte) <= '"' || byte == '/' || (byte >= ':' && byte <= '>');
   }
   constexpr u32 next() {
     while (at < text.size && !is_separator(text[at])) ++at;

@@ -79,21 +79,7 @@ struct PlanDraft {
     return nodeCount++;
   }
 
-  // Whether a usual tag may hold this as a name, or as a value.
-  static constexpr bool is_usual_name(std::string_view text) {
-    for (const char byte : text) {
-      if (byte <= '/' || byte == '<' || byte == '>') return false;
-    }
-    return !text.empty();
-  }
-  static constexpr bool is_usual_value(std::string_view text) {
-    for (const char byte : text) {
-      if (byte <= ' ' || byte == '<' || byte == '>') return false;
-    }
-    return !text.empty();
-  }
-
-  // Whether some node stands for the same element with the attribute at hand, whatever its value is.
+  // Whether some node of the same element names an attribute without value.
   constexpr bool has_named_sibling(const Node& node) const {
     for (u32 i = 1; i < nodeCount; ++i) {
       const Node& other = nodes[i];
@@ -112,19 +98,6 @@ struct PlanDraft {
     return depth;
   }
 
-  // Whether the node is exact, as Node::next has to be: without attribute, or with one and its value,
-  // for which nothing asks. One that begins with "x" may declare a namespace.
-  constexpr bool is_exact(u32 number) const {
-    const Node& node = nodes[number];
-    if ((node.flags & kSimple) == 0 || node.nameLength >= 2 * kLane) return false;
-    if (depth_of(number) > kUsualDepth) return false;  // there is room to open it
-    if (!is_usual_name({node.text, node.nameLength})) return false;
-    if (node.attributeCount == 0) return true;
-    const RequestedAttribute& attribute = attributes[node.firstAttribute];
-    return attribute.name[0] != 'x' && is_usual_name({attribute.name, attribute.nameLength}) &&
-           is_usual_value({attribute.value, attribute.valueLength}) && !has_named_sibling(node);
-  }
-
   // The first child of `parent` behind `number`; 0 without one.
   constexpr u32 next_child(u32 parent, u32 number) const {
     for (u32 i = number + 1; i < nodeCount; ++i) {
@@ -139,7 +112,7 @@ struct PlanDraft {
     for (; found == 0 && number != kRootNode; number = nodes[number].parent) {
       found = next_child(nodes[number].parent, number);
     }
-    return found != 0 && is_exact(found) ? found : 0;
+    return found != 0 && is_expectable(nodes[found], depth_of(found)) ? found : 0;
   }
 
   constexpr std::string_view attribute_name(const Node& node) const {
@@ -200,6 +173,7 @@ consteval auto make_fixed_plan() {
   for (u32 i = kRootNode + 1; i < kDraft.nodeCount; ++i) {
     made.nodes[i] = kDraft.nodes[i];
     made.nodes[i].next = kDraft.node_behind(i);
+    if (!kDraft.has_named_sibling(made.nodes[i])) made.nodes[i].flags &= ~u32{kMaybeNamed};
     u32& bucket = made.buckets[bucket_of(made.nodes[i].key, std::size(made.buckets) - 1)];
     made.nodes[i].nextInBucket = bucket;
     bucket = i;

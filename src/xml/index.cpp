@@ -67,6 +67,7 @@ inline u32 find_in_bucket(Node* nodes, u32 found, Node& wanted) {
     }
     node.flags &= ~u32{kSimple};
     wanted.flags &= ~u32{kSimple};
+    nodes[found - 1].next = 0;  // its bytes do not tell it apart
   }
   return found;
 }
@@ -100,8 +101,8 @@ inline bool has_room(const Index& index) {
 }
 
 // The number of the node that was read behind the last one, or of the one that there was before.
-// Its attributes stand from `firstAttribute` on.
-inline u32 enter_node(Index& index, u32 number, u32 firstAttribute) {
+// Its attributes stand from `firstAttribute` on, and it is an element at `depth`.
+inline u32 enter_node(Index& index, u32 number, u32 firstAttribute, u32 depth) {
   Node* nodes = index.nodes.begin();
   Node& node = nodes[number];
   u32& bucket = index.buckets[bucket_of(node.key, index.bucketMask)];
@@ -115,6 +116,7 @@ inline u32 enter_node(Index& index, u32 number, u32 firstAttribute) {
   node.nextInBucket = bucket;
   node.elementTargets = node.attributeTargets = node.belowTargets = kNone;
   node.next = 0;
+  if (is_expectable(node, depth)) nodes[number - 1].next = number;
   node.firstAttribute = firstAttribute;
   index.attributes.size = firstAttribute + node.attributeCount;
   nodes[node.parent].flags |= child_flag(node.key);
@@ -150,6 +152,13 @@ bool split_attributes(Index& index, Node& node, u32 nameHash) {
   return true;
 }
 
+// How far a path was descended: up to which element, and what comes next.
+struct Descent {
+  u32 position = 0;
+  u32 node = kRootNode;
+  u32 depth = 0;
+};
+
 // Reads an element that is not simple; false when memory is short.
 [[gnu::cold]] bool read_any_element(Index& index, std::string_view path, u32 begin, Node& node) {
   const ElementExtent extent = measure_element(path, begin);
@@ -163,14 +172,15 @@ bool split_attributes(Index& index, Node& node, u32 nameHash) {
   return node.nameLength == node.textLength || split_attributes(index, node, nameHash);
 }
 
-// The node of the element at `begin`; kNone when memory is short. `each`: if it is the last one, its
-// attribute stands for every value.
-inline u32 step_along(Index& index, std::string_view path, u32 begin, u32 parent, bool each) {
+// The node of the element that comes next; kNone when memory is short. `each`: if it is the last one,
+// its attribute stands for every value.
+inline u32 step_along(Index& index, std::string_view path, const Descent& descent, bool each) {
+  const u32 begin = descent.position;
   if (!has_room(index) && !make_room(index)) return kNone;
   const u32 firstAttribute = index.attributes.size;
   const u32 number = index.nodes.size;
   Node& node = index.nodes[number];
-  node.parent = parent;
+  node.parent = descent.node;
   if (!read_marked_element(path, begin, node, index.attributes[firstAttribute]) &&
       !read_any_element(index, path, begin, node)) {
     return kNone;
@@ -178,14 +188,8 @@ inline u32 step_along(Index& index, std::string_view path, u32 begin, u32 parent
   if (each && begin + node.textLength == path.size()) {
     node.flags = (node.flags & ~u32{kNameOnly}) | kEachValue;
   }
-  return enter_node(index, number, firstAttribute);
+  return enter_node(index, number, firstAttribute, descent.depth + 1);
 }
-
-struct Descent {
-  u32 position = 0;
-  u32 node = kRootNode;
-  u32 depth = 0;
-};
 
 // Where the path before this one has its element at `depth`, if this one has it too.
 inline bool has_in_common(const Index& index, std::string_view path, u32 depth) {
@@ -256,7 +260,7 @@ inline void attach(const Index& index, Node& node, const Asked& asked) {
   index.previous = path;
   index.previousDepth = descent.depth;
   while (descent.position < path.size()) {
-    descent.node = step_along(index, path, descent.position, descent.node, asked.each);
+    descent.node = step_along(index, path, descent, asked.each);
     if (descent.node == kNone) return false;
     Node& node = index.nodes[descent.node];
     const u32 end = descent.position + node.textLength;

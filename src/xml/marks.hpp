@@ -32,8 +32,8 @@ struct NameMarks {
 // tag_lane: "<" and ">". name_end_lane: these and the bytes up to "/", where the name of a usual tag
 // or attribute ends. value_lane: what a usual value does not hold, double quotes, colons and NUL
 // bytes. end_lane: those of value_lane, white space, control bytes, "<" and ">". separator_lane: what
-// ends a part of a requested element is among the bytes up to the double quotes, "/", colons and
-// "=". same_two_lanes: whether the lanes at two places, and those `second` bytes behind them, are
+// ends a part of a requested element is among the bytes up to the double quotes, "/", and those from
+// ":" to ">". same_two_lanes: whether the lanes at two places, and those `second` bytes behind them, are
 // the same.
 
 #if defined(__SSE2__)
@@ -95,8 +95,9 @@ inline bool same_two_lanes(const char* a, const char* b, u32 second) {
 inline u32 separator_lane(const char* bytes) {
   const __m128i lane = load_lane(bytes);
   const __m128i low = _mm_cmpeq_epi8(_mm_min_epu8(lane, _mm_set1_epi8('"')), lane);
-  const __m128i colonOrEqual = _mm_or_si128(lane_equal(lane, ':'), lane_equal(lane, '='));
-  return lane_bits(_mm_or_si128(_mm_or_si128(low, lane_equal(lane, '/')), colonOrEqual));
+  const __m128i fromColon = _mm_sub_epi8(lane, _mm_set1_epi8(':'));
+  const __m128i high = _mm_cmpeq_epi8(_mm_min_epu8(fromColon, _mm_set1_epi8('>' - ':')), fromColon);
+  return lane_bits(_mm_or_si128(_mm_or_si128(low, lane_equal(lane, '/')), high));
 }
 
 inline u32 same_lane(const char* a, const char* b) {
@@ -161,9 +162,9 @@ inline bool same_two_lanes(const char* a, const char* b, u32 second) {
 
 inline u32 separator_lane(const char* bytes) {
   const uint8x16_t lane = load_lane(bytes);
-  const uint8x16_t colonOrEqual = vorrq_u8(lane_equal(lane, ':'), lane_equal(lane, '='));
+  const uint8x16_t high = vcleq_u8(vsubq_u8(lane, vdupq_n_u8(':')), vdupq_n_u8('>' - ':'));
   const uint8x16_t lowOrSlash = vorrq_u8(vcleq_u8(lane, vdupq_n_u8('"')), lane_equal(lane, '/'));
-  return lane_bits(vorrq_u8(lowOrSlash, colonOrEqual));
+  return lane_bits(vorrq_u8(lowOrSlash, high));
 }
 
 inline u32 same_lane(const char* a, const char* b) {
@@ -215,8 +216,8 @@ inline bool same_two_lanes(const char* a, const char* b, u32 second) {
 
 inline u32 separator_lane(const char* bytes) {
   return lane_bits([&](u32 i) {
-    return static_cast<u8>(bytes[i]) <= '"' || bytes[i] == '/' || bytes[i] == ':' ||
-           bytes[i] == '=';
+    return static_cast<u8>(bytes[i]) <= '"' || bytes[i] == '/' ||
+           (bytes[i] >= ':' && bytes[i] <= '>');
   });
 }
 

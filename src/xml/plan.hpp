@@ -35,11 +35,12 @@ enum NodeFlags : u16 {
   kNamedChildren = 32,    // some child names attributes, all without value
   kValuedChildren = 64,   // some child names an attribute with its value
   kOfElement = 4 | 8 | 16 | 32 | 64,
-  kNameOnly = 128,    // this element names an attribute without value: it admits further ones
-  kImpossible = 256,  // no element of a document can match this one
-  kEachValue = 512,   // its attribute stands for every value, and no other may stand beside it
-  kSimple = 1024,     // a tag that is written so means this and, of those with its key, no other
-  kOneFirst = 2048,   // one target asks for its text, and for the first one only
+  kNameOnly = 128,     // this element names an attribute without value: it admits further ones
+  kImpossible = 256,   // no element of a document can match this one
+  kEachValue = 512,    // its attribute stands for every value, and no other may stand beside it
+  kSimple = 1024,      // a tag that is written so means this and, of those with its key, no other
+  kOneFirst = 2048,    // one target asks for its text, and for the first one only
+  kMaybeNamed = 4096,  // a node of the same element may name an attribute without value
 };
 
 struct Node {
@@ -55,9 +56,8 @@ struct Node {
   u32 elementTargets;    // list of targets that ask for this element's text, kNone for none
   u32 attributeTargets;  // targets that ask for an attribute of it
   u32 belowTargets;      // targets whose path ends in "/": they match every element below
-  // Of a fixed plan: the node that the next tag matches in a document that has its elements in the
-  // order of the keys, if that one is exact; else 0. A tag with the very bytes of an exact node matches
-  // it alone, and nothing asks for the tag's attribute.
+  // The node that the next tag matches in a document that has its elements in the order of the paths,
+  // if a tag can be held against its bytes; else 0.
   u32 next;
 };
 static_assert(sizeof(Node) <= 64, "within a cache line");

@@ -165,7 +165,7 @@ inline i32 take_plain_tag(Scan& scan, Cursor& cursor, u32 length) {
   return take_only(scan, cursor, plain_tag(scan, name, length), close, number);
 }
 
-// A start tag with the very bytes of an exact node.
+// A start tag with the very bytes of a node.
 inline i32 take_exact_tag(Scan& scan, Cursor& cursor, u32 number) {
   const Node& node = scan.plan.nodes[number];
   const char* name = cursor.at + 1;

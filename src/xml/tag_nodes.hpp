@@ -123,13 +123,28 @@ inline u32 find_attribute_node(const Scan& scan, const OpenElement& element, con
   return valued == kNone ? named : kUnclear;
 }
 
-// Whether a tag below `element` has exactly the bytes of `node`, which is an exact one.
+// Whether some node of the same element as `node`, below `element`, names an attribute without value.
+[[gnu::noinline]] inline bool has_named_sibling(const Scan& scan, const OpenElement& element,
+                                                const Node& node) {
+  if ((element.flags & kNamedChildren) == 0) return false;
+  const u32 nameHash = hash_bytes(node.text, node.nameLength);
+  const u32 key = element_key(node.parent, nameHash, kNamedKey);
+  for (u32 i = scan.plan.buckets[bucket_of(key, scan.plan.bucketMask)]; i != kNone;
+       i = scan.plan.nodes[i].nextInBucket) {
+    if (scan.plan.nodes[i].key == key) return true;
+  }
+  return false;
+}
+
+// Whether a tag below `element` has exactly the bytes of `node`, which is expected, and matches that
+// alone.
 inline bool is_exactly(const Scan& scan, const OpenElement& element, const char* name,
                        const Node& node) {
   const u32 length = node.textLength;
   return scan.aliveTop - element.aliveBegin == 1 && scan.alive[element.aliveBegin] == node.parent &&
          name + length < scan.limit + kReach - 1 && same_element(name, node.text, length) &&
-         name[length] == '>' && keeps_prefix(scan, name);
+         name[length] == '>' && keeps_prefix(scan, name) &&
+         ((node.flags & kMaybeNamed) == 0 || !has_named_sibling(scan, element, node));
 }
 
 // --- By all rules --------------------------------------------------------------------------------

@@ -10,6 +10,7 @@
 #include <random>
 #include <vector>
 
+#include "engine_routes.hpp"
 #include "fixed_plans.hpp"
 #include "support.hpp"
 #include "xml/index.hpp"
@@ -102,6 +103,8 @@ TEST(FixedPlan, AnswersAsKeysHandedInDoWhateverTheOrder) {
       "<vrx:d l=\"x\"><vrx:c>26</vrx:c></vrx:d><vrx:d k=\"w\"><vrx:b>27</vrx:b></vrx:d>",
       "<vrx:d k=\"u\"><vrx:b>28</vrx:b></vrx:d><vrx:c xmlns=\"v\">29</vrx:c>",
       "text"};
+  std::vector<std::string> paths;
+  for (const Key& key : kKeys) paths.push_back(std::string(key.path));
   std::minstd_rand random(1);
   std::size_t found = 0;
   for (int round = 0; round < 20000; ++round) {
@@ -116,6 +119,7 @@ TEST(FixedPlan, AnswersAsKeysHandedInDoWhateverTheOrder) {
     const std::string_view document(exact.data(), exact.size());
     const std::string answers = pxcl_test::answers_of_fixed_plan(document);
     ASSERT_EQ(answers, pxcl_test::answers_of_keys(document)) << text;
+    if (round % 20 == 0) ASSERT_EQ(pxcl_test::compare_scan({0, paths, 0, text}), "");
     found += static_cast<std::size_t>(std::count(answers.begin(), answers.end(), '\n')) - 1;
   }
   EXPECT_GT(found, 15000u);
@@ -173,6 +177,9 @@ TEST(SimpleElement, IsReadByMasksAsByteByByte) {
                                 "\"/",
                                 " k=\"v\"",
                                 "-.'",
+                                "<",
+                                ">",
+                                ";",
                                 std::string(1, '\0'),
                                 "\t",
                                 std::string(13, 'c'),

@@ -583,6 +583,48 @@ TEST(Routes, AgreeOnListsWhoseAttributeIsAskedForTwice) {
   }
 }
 
+// An element that stands where the paths let expect it may be taken by its bytes alone, but for some.
+TEST(Routes, AgreeOnElementsThatAreExpected) {
+  const std::string longName = "vrx:" + std::string(40, 'c');
+  for (const std::string& element : std::initializer_list<std::string>{"vrx:c",
+                                                                       "vrx:c-d",
+                                                                       "vrx:c'd",
+                                                                       "vrx:c<d",
+                                                                       "vrx:c>d",
+                                                                       longName,
+                                                                       "vrx:c k=\"v\"",
+                                                                       "vrx:c k=\"\"",
+                                                                       "vrx:c k=\"!\"",
+                                                                       "vrx:c k=\" v\"",
+                                                                       "vrx:c k=\"v w\"",
+                                                                       "vrx:c k=\"v/w\"",
+                                                                       "vrx:c k=\"v<w\"",
+                                                                       "vrx:c k=\"v>w\"",
+                                                                       "vrx:c k=\"v;w\"",
+                                                                       {"vrx:c k=\"v\0w\"", 13},
+                                                                       "vrx:c k=\"ikw:v\"",
+                                                                       "vrx:c xmlns=\"v\""}) {
+    const std::string name = element.substr(0, element.find(' '));
+    const std::string tag = "<" + element + ">", endTag = "</" + name + ">";
+    std::string another = endTag;
+    another[another.size() - 2] = 'x';
+    for (const std::string& firstEnd : {endTag, another}) {
+      EngineCase one;
+      one.document = in_document("", "<vrx:a>1</vrx:a>" + tag + "2" + firstEnd +
+                                         "<vrx:b>3</vrx:b>" + tag + "<vrx:d>4</vrx:d>" + endTag) +
+                     std::string(200, ' ');
+      for (const std::string& other :
+           {std::string(), std::string("vrx:b"), name + " k", name + " l"}) {
+        for (const bool first : {false, true}) {
+          one.paths = {"cmd/vrx:a", "cmd/" + element, "cmd/vrx:b", "cmd/" + element + "/vrx:d"};
+          one.paths.insert(first ? one.paths.begin() : one.paths.end(), "cmd/" + other);
+          EXPECT_EQ(pxcl_test::compare_routes(one), "") << element << " beside " << other;
+        }
+      }
+    }
+  }
+}
+
 // Past some number the index looks attributes up by hash; the first of one name still counts.
 TEST(Routes, AgreeOnManyAttributes) {
   EngineCase one;
@@ -598,20 +640,22 @@ TEST(Routes, AgreeOnManyAttributes) {
   EXPECT_EQ(pxcl_test::compare_routes(one), "");
 }
 
-// More elements in the paths than their number lets the index expect.
+// More elements in the paths than their number lets the index expect, and than there is room to open.
 TEST(Routes, AgreeOnPathsOfManyElements) {
   for (const std::string attribute : {"", " k=\"v\""}) {
-    EngineCase one;
-    std::string inside = "text";
-    std::string path = "cmd";
-    for (int level = 0; level < 400; ++level) {
-      const std::string name = "e" + std::to_string(399 - level);
-      inside = "<" + name + attribute + ">" + inside + "</" + name + ">";
-      path += "/e" + std::to_string(level) + attribute;
-      if (level % 100 == 99) one.paths.push_back(path);
+    for (const int levels : {100, 400}) {
+      EngineCase one;
+      std::string inside = "text";
+      std::string path = "cmd";
+      for (int level = 0; level < levels; ++level) {
+        const std::string name = "vrx:e" + std::to_string(levels - 1 - level);
+        inside = "<" + name + attribute + ">" + inside + "</" + name + ">";
+        path += "/vrx:e" + std::to_string(level) + attribute;
+        if (level % 100 == 99) one.paths.push_back(path);
+      }
+      one.document = in_document("", inside);
+      EXPECT_EQ(pxcl_test::compare_routes(one), "");
     }
-    one.document = in_document("", inside);
-    EXPECT_EQ(pxcl_test::compare_routes(one), "");
   }
 }
 
