@@ -566,6 +566,16 @@ TEST(Routes, AgreeOnTagsThatDifferInOneByte) {
   }
 }
 
+// A leaf is followed up to its attribute's value, which may be any.
+TEST(Routes, AgreeOnListsOfLeavesWithAnOddValue) {
+  const std::string row = "<b l=\"w\">1</b>";
+  for (const char* value : {"", " ", " w", "w ", "w:w", ":w", "w w", "w<w", "w>w", "w/w"}) {
+    const std::string odd = "<b l=\"" + std::string(value) + "\">2</b>";
+    const std::string document = in_document("", many_of(row) + odd + odd + many_of(row));
+    EXPECT_EQ(pxcl_test::compare_routes({0, {"cmd/b l=\"w\"", "cmd/b l"}, 0, document}), "") << odd;
+  }
+}
+
 // What the children of such an element match is not told by one of its nodes.
 TEST(Routes, AgreeOnListsBelowAnElementThatMatchesTwice) {
   const std::string rows = many_of("<b l=\"w\">1</b><b l=\"x\">2</b>");
@@ -580,6 +590,21 @@ TEST(Routes, AgreeOnListsWhoseAttributeIsAskedForTwice) {
   for (const std::vector<std::string>& paths : std::vector<std::vector<std::string>>{
            {"cmd/a k", "cmd/a k"}, {"cmd/a k", "cmd/a l"}, {"cmd/a l", "cmd/a k"}}) {
     EXPECT_EQ(pxcl_test::compare_routes({0, paths, 0, document}), "") << paths.back();
+  }
+}
+
+// Their keys tell the beginning and the end of a value, and its length.
+TEST(Routes, AgreeOnLongElementsThatDifferInTheMiddle) {
+  const std::string plain(56, 'v');
+  for (std::size_t at = 0; at < plain.size(); ++at) {
+    std::string other = plain;
+    other[at] = 'w';
+    const std::string first = "a k=\"" + plain + "\"", second = "a k=\"" + other + "\"";
+    const std::string inside = "<" + second + ">2</a><" + first + ">1</a>";
+    EXPECT_EQ(pxcl_test::compare_routes(
+                  {0, {"cmd/" + first, "cmd/" + second}, 0, in_document("", inside)}),
+              "")
+        << at;
   }
 }
 
