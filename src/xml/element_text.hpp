@@ -40,7 +40,7 @@ constexpr bool read_value(ElementText text, u32 open, u32 nameHash, Separators& 
   }
   attribute.value = text.bytes + open + 1;
   attribute.valueLength = close - open - 1;
-  node.flags = kSimple | kMaybeNamed;
+  node.flags = kSimple | kMaybeWanted;
   node.textLength = close + 1;
   node.key = valued_key(element_key(node.parent, nameHash, kValuedKey),
                         separators.hash(text.bytes, local, close));

@@ -35,12 +35,12 @@ enum NodeFlags : u16 {
   kNamedChildren = 32,    // some child names attributes, all without value
   kValuedChildren = 64,   // some child names an attribute with its value
   kOfElement = 4 | 8 | 16 | 32 | 64,
-  kNameOnly = 128,     // this element names an attribute without value: it admits further ones
-  kImpossible = 256,   // no element of a document can match this one
-  kEachValue = 512,    // its attribute stands for every value, and no other may stand beside it
-  kSimple = 1024,      // a tag that is written so means this and, of those with its key, no other
-  kOneFirst = 2048,    // one target asks for its text, and for the first one only
-  kMaybeNamed = 4096,  // a node of the same element may name an attribute without value
+  kNameOnly = 128,      // this element names an attribute without value: it admits further ones
+  kImpossible = 256,    // no element of a document can match this one
+  kEachValue = 512,     // its attribute stands for every value, and no other may stand beside it
+  kSimple = 1024,       // a tag that is written so means this and, of those with its key, no other
+  kOneFirst = 2048,     // one target asks for its text, and for the first one only
+  kMaybeWanted = 4096,  // a value is named, but something may ask for the attribute all the same
 };
 
 struct Node {

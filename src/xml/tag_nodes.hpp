@@ -123,9 +123,11 @@ inline u32 find_attribute_node(const Scan& scan, const OpenElement& element, con
   return valued == kNone ? named : kUnclear;
 }
 
-// Whether some node of the same element as `node`, below `element`, names an attribute without value.
-[[gnu::noinline]] inline bool has_named_sibling(const Scan& scan, const OpenElement& element,
-                                                const Node& node) {
+// Whether something asks for an attribute that has the value of `node`, which stands below `element`: a
+// target, or a node of the same element that names one without value.
+[[gnu::noinline]] inline bool is_attribute_wanted(const Scan& scan, const OpenElement& element,
+                                                  const Node& node) {
+  if ((node.flags & kAttributeTargets) != 0) return true;
   if ((element.flags & kNamedChildren) == 0) return false;
   const u32 nameHash = hash_bytes(node.text, node.nameLength);
   const u32 key = element_key(node.parent, nameHash, kNamedKey);
@@ -144,7 +146,7 @@ inline bool is_exactly(const Scan& scan, const OpenElement& element, const char*
   return scan.aliveTop - element.aliveBegin == 1 && scan.alive[element.aliveBegin] == node.parent &&
          name + length < scan.limit + kReach - 1 && same_element(name, node.text, length) &&
          name[length] == '>' && keeps_prefix(scan, name) &&
-         ((node.flags & kMaybeNamed) == 0 || !has_named_sibling(scan, element, node));
+         ((node.flags & kMaybeWanted) == 0 || !is_attribute_wanted(scan, element, node));
 }
 
 // --- By all rules --------------------------------------------------------------------------------

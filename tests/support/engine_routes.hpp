@@ -214,6 +214,27 @@ std::string compare_requests(const Texts& texts, std::uint32_t flags) {
   return found;
 }
 
+// A run whose targets all want an attribute, whatever their paths name: a caller may set that.
+inline std::string compare_attributes(const Texts& texts, std::uint32_t flags) {
+  const auto run = [&](std::int32_t (*parse)(ClXmlParserData*)) {
+    const auto parse_attributes = [parse](ClXmlParserData* data) {
+      for (std::uint32_t i = 0; i < data->targetCount; ++i) {
+        data->targets[i].kind = 1;
+        data->targets[i].attributeName = "k";
+        data->targets[i].attributeNameLength = 1;
+      }
+      return parse(data);
+    };
+    Request<ClXmlParameter> request(texts);
+    std::string left;
+    run_route(request, flags, parse_attributes, left);
+    return left;
+  };
+  return difference("attributes",
+                    run([](ClXmlParserData* data) { return pxcl::xml::parse_by_steps(*data); }),
+                    run(ClXmlParse));
+}
+
 // A path that ends in `name attribute="key"`, taken apart for Wanted::kEach.
 struct EachPath {
   std::string path;  // without the value; empty for any other path
@@ -377,6 +398,7 @@ inline std::string compare_on_document(const EngineCase& one) {
   const Texts texts(one);
   std::string found = compare_requests<ClXmlParameter>(texts, one.flags);
   if (found.empty()) found = compare_requests<ClXmlListParameter>(texts, one.flags);
+  if (found.empty()) found = compare_attributes(texts, one.flags);
   if (one.nullPath != 0 || one.document.empty()) return found;
   if (found.empty()) found = compare_scan(one);
   for (const std::string& path : one.paths) {

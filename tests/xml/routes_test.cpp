@@ -765,6 +765,16 @@ TEST(Routes, AgreeOnRunsThatAreNotFresh) {
         run.targets[0].path = "cmd/a/";
         run.targets[0].pathLength = std::uint64_t{1} << 32;
       },
+      // The attribute of an element that is expected with its value.
+      [](ClXmlParserData& run) {
+        run.targets[0].path = "cmd/vrx:a";
+        run.targets[0].pathLength = 9;
+        run.targets[1].path = "cmd/vrx:c k=\"v\"";
+        run.targets[1].pathLength = 15;
+        run.targets[1].kind = 1;
+        run.targets[1].attributeName = "k";
+        run.targets[1].attributeNameLength = 1;
+      },
       [](ClXmlParserData& run) { run.targets[0].matchCount = 1; },
       [](ClXmlParserData& run) { run.targets[1].path = nullptr; },
       [](ClXmlParserData& run) {
@@ -788,7 +798,8 @@ TEST(Routes, AgreeOnRunsThatAreNotFresh) {
     const pxcl_test::Texts texts(
         {0, paths[i / 2 % 2], 0,
          in_document(" xmlns:p=\"http://www.example.com/ns/cmd/2008/07/common/\"",
-                     "<a k=\"v\">1</a><p:b>2</p:b><a/><a>k=4</a><q:b>3</q:b>") +
+                     "<a k=\"v\">1</a><p:b>2</p:b><a/><a>k=4</a><q:b>3</q:b>"
+                     "<vrx:a>5</vrx:a><vrx:a/><vrx:a>6</vrx:a><vrx:c k=\"v\">7</vrx:c>") +
              std::string(blanks[i % 2], ' ')});
     const auto run = [&](std::int32_t (*parse)(ClXmlParserData*)) {
       pxcl_test::Request<ClXmlParameter> request(texts);
