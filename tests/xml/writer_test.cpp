@@ -3,6 +3,8 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 #include "engine_routes.hpp"
 #include "support.hpp"
 
@@ -119,6 +121,27 @@ TEST(Writer, RecordsOfOnePathPointerShareTheLastPlace) {
   job.request.record.outputSize = sizeof output;
   EXPECT_EQ(ClXmlWrite(&job.request.record), 0);
   EXPECT_EQ(job.request.parameters[0].newValueOffset, second);
+}
+
+// Whatever the order of the path pointers is.
+TEST(Writer, EveryRecordTellsWhereItsValueStands) {
+  static constexpr std::string_view kPaths = "cmd/acmd/bcmd/c";
+  std::size_t order[] = {0, 1, 2};
+  do {
+    Job job("<cmd><a>x</a><b/><c>z</c></cmd>", {{"cmd/a", "1"}, {"cmd/b", "22"}, {"cmd/c", "333"}});
+    for (std::size_t i = 0; i < std::size(order); ++i) {
+      job.request.parameters[i].path = kPaths.data() + 5 * order[i];
+      job.request.parameters[i].newValue = job.values[order[i]].value.data();
+      job.request.parameters[i].newValueLength = job.values[order[i]].value.size();
+    }
+    const std::string written = job.run();
+    EXPECT_EQ(written, "<cmd><a>1</a><b>22</b><c>333</c></cmd>");
+    for (const ClXmlParameter& parameter : job.request.parameters) {
+      const std::string_view value(parameter.newValue, parameter.newValueLength);
+      EXPECT_EQ(written.substr(parameter.newValueOffset - kHead.size(), value.size()), value);
+      EXPECT_EQ(parameter.status, 1);
+    }
+  } while (std::next_permutation(std::begin(order), std::end(order)));
 }
 
 TEST(Writer, TheLaterRecordOfOnePathPointerIsWritten) {
