@@ -119,7 +119,9 @@ TEST(FixedPlan, AnswersAsKeysHandedInDoWhateverTheOrder) {
     const std::string_view document(exact.data(), exact.size());
     const std::string answers = pxcl_test::answers_of_fixed_plan(document);
     ASSERT_EQ(answers, pxcl_test::answers_of_keys(document)) << text;
-    if (round % 20 == 0) ASSERT_EQ(pxcl_test::compare_scan({0, paths, 0, text}), "");
+    if (round % 20 == 0) {
+      ASSERT_EQ(pxcl_test::compare_scan({0, paths, 0, text}), "");
+    }
     found += static_cast<std::size_t>(std::count(answers.begin(), answers.end(), '\n')) - 1;
   }
   EXPECT_GT(found, 15000u);
