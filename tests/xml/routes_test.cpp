@@ -650,6 +650,20 @@ TEST(Routes, AgreeOnElementsThatAreExpected) {
   }
 }
 
+// Some ask for an attribute whatever its value is, too; some keys meet where they are looked up.
+TEST(Routes, AgreeOnManyElementsThatAreExpected) {
+  EngineCase one;
+  std::string inside;
+  for (int i = 0; i < 30; ++i) {
+    const std::string name = "vrx:e" + std::to_string(i), element = name + " k=\"v\"";
+    one.paths.push_back("cmd/" + element);
+    if (i % 10 == 0) one.paths.push_back("cmd/" + name + " k");
+    inside += "<" + element + ">" + std::to_string(i) + "</" + name + ">";
+  }
+  one.document = in_document("", inside);
+  EXPECT_EQ(pxcl_test::compare_routes(one), "");
+}
+
 // Past some number the index looks attributes up by hash; the first of one name still counts.
 TEST(Routes, AgreeOnManyAttributes) {
   EngineCase one;
