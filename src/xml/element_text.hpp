@@ -29,7 +29,7 @@ constexpr bool read_value(ElementText text, u32 open, u32 nameHash, Separators& 
   u32 close = separators.next();
   while (close != text.size && text[close] != '"') {
     const char byte = text[close];
-    if (byte == '\0' || byte == '<' || byte == '>') return false;
+    if (byte == '\0' || byte == '<' || byte == '>') return false;  // not in a usual tag
     if (byte == ':' && local == open + 1) local = close + 1;
     close = separators.next();
   }
@@ -70,7 +70,8 @@ constexpr bool read_attribute(ElementText text, u32 blank, u32 nameHash, Separat
 }
 
 // Reads the element that `text` begins with into a node whose parent is known, and its attribute;
-// false when it is not as simple as `name`, `name attribute` or `name attribute="value"`.
+// false when it is not as simple as `name`, `name attribute` or `name attribute="value"`, or holds what
+// no usual tag does: then its bytes alone would not tell what a tag with them is.
 // Separators::next() leads from one separator to the next and to the text's end, where it stops.
 template <typename Separators>
 constexpr bool read_simple_element(ElementText text, Separators separators, Node& node,

@@ -50,11 +50,8 @@ bool collect(Scan& scan, u32 number, u32 offset, u32 length, i32 status) {
   const bool stored = wanted == Collect::kRanges
                           ? append(finding, ClXmlValueRange{offset, length})
                           : append(finding, ClXmlMatch{scan.serial, offset, length, status});
-  if (!stored) return false;
-  const u32 hasValue = status == kFound ? kHasValue : 0;
-  const u32 hasRange = length != 0 ? kHasRange : 0;
-  finding.flags = static_cast<u8>(finding.flags | hasValue | hasRange);
-  return true;
+  if (stored) note_listed(finding, length, status);
+  return stored;
 }
 
 namespace {

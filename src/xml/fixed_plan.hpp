@@ -173,6 +173,7 @@ consteval auto make_fixed_plan() {
   for (u32 i = kRootNode + 1; i < kDraft.nodeCount; ++i) {
     made.nodes[i] = kDraft.nodes[i];
     made.nodes[i].next = kDraft.node_behind(i);
+    // So that no scan has to look, as with the index, which does not know the paths to come.
     if (!kDraft.has_named_sibling(made.nodes[i])) made.nodes[i].flags &= ~u32{kMaybeWanted};
     u32& bucket = made.buckets[bucket_of(made.nodes[i].key, std::size(made.buckets) - 1)];
     made.nodes[i].nextInBucket = bucket;

@@ -152,13 +152,6 @@ bool split_attributes(Index& index, Node& node, u32 nameHash) {
   return true;
 }
 
-// How far a path was descended: up to which element, and what comes next.
-struct Descent {
-  u32 position = 0;
-  u32 node = kRootNode;
-  u32 depth = 0;
-};
-
 // Reads an element that is not simple; false when memory is short.
 [[gnu::cold]] bool read_any_element(Index& index, std::string_view path, u32 begin, Node& node) {
   const ElementExtent extent = measure_element(path, begin);
@@ -171,6 +164,13 @@ struct Descent {
   node.key = element_key(node.parent, nameHash, kPlainKey);
   return node.nameLength == node.textLength || split_attributes(index, node, nameHash);
 }
+
+// How far a path was descended: up to which element, and what comes next.
+struct Descent {
+  u32 position = 0;
+  u32 node = kRootNode;
+  u32 depth = 0;
+};
 
 // The node of the element that comes next; kNone when memory is short. `each`: if it is the last one,
 // its attribute stands for every value.

@@ -280,11 +280,16 @@ inline bool is_asked_for(const Scan& scan) {
   return scan.depth == 0 || (scan.open[scan.depth - 1].flags & kElementTargets) != 0;
 }
 
-inline void append_range(Finding& finding, u32 offset, u32 length, i32 status) {
-  static_cast<ClXmlValueRange*>(finding.list)[finding.count] = {offset, length};
+// Notes what is kept in a finding's list.
+inline void note_listed(Finding& finding, u32 length, i32 status) {
   const u32 hasValue = status == kFound ? kHasValue : 0;
   const u32 hasRange = length != 0 ? kHasRange : 0;
   finding.flags = static_cast<u8>(finding.flags | hasValue | hasRange);
+}
+
+inline void append_range(Finding& finding, u32 offset, u32 length, i32 status) {
+  static_cast<ClXmlValueRange*>(finding.list)[finding.count] = {offset, length};
+  note_listed(finding, length, status);
 }
 
 // Hands what was found for a target of Collect::kEach to its reader.

@@ -177,10 +177,13 @@ std::int32_t run_route(Request<Parameter>& request, std::uint32_t flags, const P
   return result;
 }
 
+inline std::int32_t parse_plain(ClXmlParserData* data) {
+  return pxcl::xml::parse_by_steps(*data);
+}
+
 template <typename Parameter>
 std::int32_t run_plain(Request<Parameter>& request, std::uint32_t flags, std::string& run) {
-  return run_route(
-      request, flags, [](ClXmlParserData* data) { return pxcl::xml::parse_by_steps(*data); }, run);
+  return run_route(request, flags, parse_plain, run);
 }
 
 inline std::int32_t ask(Request<ClXmlParameter>& request, bool anyRoot) {
@@ -230,9 +233,7 @@ inline std::string compare_attributes(const Texts& texts, std::uint32_t flags) {
     run_route(request, flags, parse_attributes, left);
     return left;
   };
-  return difference("attributes",
-                    run([](ClXmlParserData* data) { return pxcl::xml::parse_by_steps(*data); }),
-                    run(ClXmlParse));
+  return difference("attributes", run(parse_plain), run(ClXmlParse));
 }
 
 // A path that ends in `name attribute="key"`, taken apart for Wanted::kEach.
